@@ -1,0 +1,33 @@
+// The chip's power by block and by core, in watts.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "frame/energy_channel.h"
+
+namespace embrix {
+
+struct PowerBreakdown {
+  struct Core {
+    std::string name;  // "P0", "E3": the place in the sorted order
+    bool isPerformance = false;
+    double watts = 0;
+
+    bool operator==(const Core&) const = default;
+  };
+
+  double cpu = 0;
+  double gpu = 0;
+  double neuralEngine = 0;
+  double memory = 0;
+  double display = 0;
+  std::vector<Core> cores;  // performance cores, then efficiency cores
+
+  // All blocks at zero and no cores.
+  static PowerBreakdown empty() { return {}; }
+
+  bool operator==(const PowerBreakdown&) const = default;
+};
+
+}  // namespace embrix
