@@ -79,6 +79,13 @@ struct AbsentPowerLog final : PowerLogSource {
   std::string read() override { return {}; }
 };
 
+struct AbsentCommands final : CommandRunner {
+  std::optional<std::string> output(const std::string&, const std::vector<std::string>&) override {
+    return std::nullopt;
+  }
+  bool start(const std::string&, const std::vector<std::string>&) override { return false; }
+};
+
 }  // namespace
 
 Host absentHost() {
@@ -100,6 +107,7 @@ Host absentHost() {
       .memory = std::make_unique<AbsentMemory>(),
       .assertions = std::make_unique<AbsentAssertions>(),
       .powerLog = std::make_unique<AbsentPowerLog>(),
+      .commands = std::make_unique<AbsentCommands>(),
   };
 }
 

@@ -8,6 +8,7 @@
 #include "host/assertion_source.h"
 #include "host/battery_source.h"
 #include "host/clock.h"
+#include "host/command_runner.h"
 #include "host/energy_source.h"
 #include "host/gpu_source.h"
 #include "host/machine_facts.h"
@@ -43,6 +44,7 @@ struct Host {
   std::unique_ptr<MemorySource> memory;
   std::unique_ptr<AssertionSource> assertions;
   std::unique_ptr<PowerLogSource> powerLog;
+  std::unique_ptr<CommandRunner> commands;
 };
 
 // A machine that tells nothing: every source answers absent or empty, the clocks stand at 0.
