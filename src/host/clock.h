@@ -6,6 +6,10 @@ class Clock {
  public:
   virtual ~Clock() = default;
 
+  // Told at the beginning of each tick: what is read from here to the next call belongs together. A
+  // recording keeps its place by it; a live machine need not care.
+  virtual void beginTick() {}
+
   // Seconds since the machine started; never goes back. Intervals and cadences use this.
   virtual double uptime() = 0;
 
