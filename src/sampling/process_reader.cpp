@@ -1,0 +1,76 @@
+#include "sampling/process_reader.h"
+
+#include <string>
+#include <utility>
+
+#include "base/text.h"
+
+namespace embrix {
+
+ProcessReader::ProcessReader(ProcessSource& source)
+    : source_(source), ticksToNS_(source.ticksToNS()) {}
+
+const std::vector<ProcessSample>& ProcessReader::read() {
+  ++pass_;
+  source_.read(table_);
+  samples_.resize(table_.size());
+  for (std::size_t i = 0; i < table_.size(); ++i) {
+    const RawProcess& process = table_[i];
+    const CachedPath& known = cached(process);
+    const RawUsage usage = process.usage.value_or(RawUsage());
+    const double ticks = static_cast<double>(usage.userTime + usage.systemTime);
+    // A sample of the same process in the same place is assigned its own texts, which costs nothing.
+    ProcessSample& sample = samples_[i];
+    sample.pid = process.pid;
+    sample.ppid = process.ppid;
+    sample.uid = process.uid;
+    sample.name = known.name;
+    sample.path = known.path;
+    sample.startTime = process.startTime;
+    sample.energyNJ = usage.energyNJ;
+    sample.cpuNS = static_cast<std::uint64_t>(ticksToNS_ * ticks);
+    sample.wakeups = usage.packageIdleWakeups + usage.interruptWakeups;
+    sample.footprint = usage.footprint;
+    sample.id = known.id;
+  }
+  prune(table_.size());
+  return samples_;
+}
+
+const ProcessReader::CachedPath& ProcessReader::cached(const RawProcess& process) {
+  const Identity identity{process.pid, process.startTime};
+  auto entry = pathCache_.find(identity);
+  if (entry == pathCache_.end()) entry = pathCache_.emplace(identity, lookUp(process)).first;
+  entry.value().pass = pass_;
+  return entry->second;
+}
+
+ProcessReader::CachedPath ProcessReader::lookUp(const RawProcess& process) {
+  CachedPath found;
+  found.id = processID(process.pid, process.startTime);
+  found.name = SharedText(repairedUTF8(process.commandName));
+  if (const auto path = source_.executablePath(process.pid)) {
+    const std::string repaired = repairedUTF8(*path);
+    found.path = SharedText(repaired);
+    if (const auto piece = lastPathPiece(repaired)) found.name = SharedText(*piece);
+  }
+  return found;
+}
+
+// Rarely due: the dead are let stand until they outnumber the living.
+void ProcessReader::prune(std::size_t seen) {
+  if (pathCache_.size() <= 2 * seen) return;
+  for (auto entry = pathCache_.begin(); entry != pathCache_.end();) {
+    entry = entry->second.pass == pass_ ? std::next(entry) : pathCache_.erase(entry);
+  }
+}
+
+std::optional<std::string_view> lastPathPiece(std::string_view path) {
+  const std::size_t last = path.find_last_not_of('/');
+  if (last == std::string_view::npos) return std::nullopt;
+  const std::size_t slash = path.find_last_of('/', last);
+  const std::size_t first = slash == std::string_view::npos ? 0 : slash + 1;
+  return path.substr(first, last - first + 1);
+}
+
+}  // namespace embrix
