@@ -1,0 +1,185 @@
+// How ForgottenFinder names one process and its project.
+#include <algorithm>
+#include <array>
+
+#include "base/text.h"
+#include "running/forgotten_finder.h"
+
+namespace embrix {
+
+namespace {
+
+using Arguments = std::span<const std::string>;
+using Description = ForgottenFinder::Description;
+
+constexpr std::string_view kServerSymbol = "server.rack";
+
+bool contains(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
+// A path of slashes alone is "/".
+std::string_view lastPathComponent(std::string_view path) {
+  const std::string_view last = Text::lastPiece(path, '/');
+  return last.empty() ? path.substr(0, 1) : last;
+}
+
+std::string joined(Arguments arguments) {
+  std::string text;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    if (i > 0) text += ' ';
+    text += arguments[i];
+  }
+  return text;
+}
+
+// The argument behind the first `option`; absent when there is none.
+std::optional<std::string_view> valueOf(std::string_view option, Arguments arguments) {
+  const auto found = std::find(arguments.begin(), arguments.end(), option);
+  if (found == arguments.end() || found + 1 == arguments.end()) return std::nullopt;
+  return *(found + 1);
+}
+
+bool isOption(std::string_view argument) {
+  return argument.starts_with('-');
+}
+
+Description emulator(Arguments rest) {
+  if (const auto device = valueOf("-avd", rest)) {
+    return {"Android emulator · " + std::string(*device), "iphone.gen3"};
+  }
+  return {"QEMU virtual machine", std::string(kServerSymbol)};
+}
+
+std::optional<Description> javaTool(Arguments rest) {
+  const std::string command = joined(rest);
+  if (contains(command, "GradleDaemon")) return Description{"Gradle daemon", "hammer"};
+  if (contains(command, "KotlinCompileDaemon") || contains(command, "kotlin-daemon")) {
+    return Description{"Kotlin daemon", "hammer"};
+  }
+  return std::nullopt;
+}
+
+// Some programs write a title of their own over their command line, which leaves one argument and
+// perhaps blank ones: "next-server (v15.1.0)".
+std::optional<std::string> rewrittenTitle(const std::vector<std::string>& arguments,
+                                          std::string_view runtime) {
+  const auto isBlank = [](const std::string& argument) { return argument.empty(); };
+  if (arguments.empty() || arguments.front().empty()) return std::nullopt;
+  if (!std::all_of(arguments.begin() + 1, arguments.end(), isBlank)) return std::nullopt;
+  const std::string& title = arguments.front();
+  if (Text::lowercased(lastPathComponent(title)).starts_with(runtime)) return std::nullopt;
+  return title.substr(0, title.find(" ("));
+}
+
+std::optional<Description> pythonTool(Arguments rest) {
+  auto program = valueOf("-m", rest);
+  if (!program) {
+    const auto script = std::find_if_not(rest.begin(), rest.end(), isOption);
+    if (script == rest.end()) return std::nullopt;
+    program = lastPathComponent(*script);
+  }
+  return Description{"python " + std::string(*program), std::string(kServerSymbol)};
+}
+
+std::optional<Description> toolByName(std::string_view name) {
+  if (name == "claude") return Description{"Claude Code", "sparkles"};
+  if (name == "codex") return Description{"Codex", "sparkles"};
+  if (contains(name, "orbstack")) return Description{"OrbStack VM", "shippingbox"};
+  if (name.starts_with("com.docker") || name == "docker") {
+    return Description{"Docker VM", "shippingbox"};
+  }
+  if (name == "com.apple.virtualization.virtualmachine") {
+    return Description{"Virtual machine", "shippingbox"};
+  }
+  if (name == "adb") return Description{"Android debug bridge (adb)", "cable.connector"};
+  return std::nullopt;
+}
+
+// What npm and its like run is told by their first words; other tools are told by their own name.
+bool isPackageRunner(std::string_view tool) {
+  return tool == "npm" || tool == "pnpm" || tool == "yarn";
+}
+
+bool isScriptVerb(std::string_view word) {
+  constexpr std::array<std::string_view, 5> kVerbs = {"dev", "start", "serve", "watch", "preview"};
+  return std::find(kVerbs.begin(), kVerbs.end(), word) != kVerbs.end();
+}
+
+// The tool that a script belongs to: its package when it is installed, else the script's own name.
+std::string_view toolOf(std::string_view script) {
+  const std::string_view own = lastPathComponent(script);
+  if (!contains(script, "/node_modules/")) return own.starts_with("npm-cli") ? "npm" : own;
+  const auto pieces = Text::split(script, '/');
+  const auto innermost = std::find(pieces.rbegin(), pieces.rend(), "node_modules");
+  if (innermost == pieces.rbegin() || innermost == pieces.rend()) return own;
+  const std::string_view package = *(innermost - 1);
+  return package == ".bin" ? own : package;
+}
+
+}  // namespace
+
+std::optional<Description> ForgottenFinder::describe(const ProcessFacts& process) {
+  const std::string name = Text::lowercased(process.name);
+  const Arguments all(process.arguments);
+  const Arguments rest = all.empty() ? all : all.subspan(1);
+
+  if (name.starts_with("qemu-system")) return emulator(rest);
+  if (name == "java") return javaTool(rest);
+  if (name == "node" || name == "bun" || name == "deno") {
+    auto title = rewrittenTitle(process.arguments, name);
+    return Description{title ? std::move(*title) : scriptTitle(rest, name),
+                       std::string(kServerSymbol)};
+  }
+  if (name.starts_with("python")) return pythonTool(rest);
+
+  const std::string command = joined(rest);
+  if (name == "ruby" || name == "rails" || name == "puma" || contains(command, "rails server")) {
+    return Description{contains(command, "rails") ? "Rails server" : "Ruby server",
+                       std::string(kServerSymbol)};
+  }
+  return toolByName(name);
+}
+
+std::string ForgottenFinder::scriptTitle(Arguments arguments, std::string_view runtime) {
+  std::vector<std::string_view> positional;
+  for (const std::string& argument : arguments) {
+    if (!argument.empty() && !isOption(argument)) positional.push_back(argument);
+  }
+  if (positional.empty()) return std::string(runtime);
+
+  std::string title(toolOf(positional.front()));
+  if (isPackageRunner(title)) {
+    for (std::size_t i = 1; i < std::min<std::size_t>(positional.size(), 3); ++i) {
+      title.append(" ").append(positional[i]);
+    }
+    return title;
+  }
+  if (positional.size() > 1 && isScriptVerb(positional[1])) title.append(" ").append(positional[1]);
+  const bool watches = std::any_of(arguments.begin(), arguments.end(), [](const auto& argument) {
+    return argument == "--watch" || argument == "-w";
+  });
+  if (watches) title += " --watch";
+  return title;
+}
+
+std::optional<std::string> ForgottenFinder::project(const std::optional<std::string>& directory,
+                                                    std::string_view home) {
+  if (!directory || *directory == "/" || *directory == home) return std::nullopt;
+  const auto pieces = Text::split(*directory, '/');
+
+  // An agent's worktree stands for the project that it was made from.
+  const auto agent = std::find(pieces.begin(), pieces.end(), ".claude");
+  if (agent != pieces.begin() && agent != pieces.end() && agent + 1 != pieces.end() &&
+      *(agent + 1) == "worktrees") {
+    return std::string(*(agent - 1)) + " · agent worktree";
+  }
+
+  const bool isPrivate = std::any_of(pieces.begin(), pieces.end(), [](std::string_view piece) {
+    return piece == "Library" || piece.starts_with('.');
+  });
+  if (isPrivate || pieces.empty()) return std::nullopt;
+  return std::string(pieces.back());
+}
+
+}  // namespace embrix
