@@ -27,6 +27,10 @@ struct PowerBreakdown {
   // All blocks at zero and no cores.
   static PowerBreakdown empty() { return {}; }
 
+  // Watts from the energy that the channels gathered over so many seconds; empty() when that is not
+  // above 0. Channels of one name count together.
+  static PowerBreakdown parse(const std::vector<EnergyChannel>& channels, double seconds);
+
   bool operator==(const PowerBreakdown&) const = default;
 };
 
