@@ -1,0 +1,22 @@
+// Files read and written in one piece.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace embrix {
+
+// The bytes of a regular file, links followed. Absent when there is none, when it cannot be read,
+// when it is no regular file, and when it holds more than `limit` bytes.
+std::optional<std::string> readWholeFile(const std::string& path, std::size_t limit);
+
+// Replaces the file at `path`, or makes it, so that whoever opens it and whoever starts after a
+// power cut finds either all of the old bytes or all of the new ones. The file is readable and
+// writable by its owner alone. A symbolic link at `path` is itself replaced; what it points to
+// stays untouched. False when any step failed: then the old file stands and nothing is left beside
+// it. The folder must exist.
+bool writeFileAtomically(const std::string& path, std::string_view bytes);
+
+}  // namespace embrix

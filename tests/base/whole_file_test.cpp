@@ -1,0 +1,110 @@
+#include "base/whole_file.h"
+
+#include <sys/stat.h>
+#include <filesystem>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "fakes/full_disk.h"
+#include "fakes/scratch_folder.h"
+
+namespace embrix {
+namespace {
+
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+namespace fs = std::filesystem;
+
+TEST(WholeFileTest, WhatIsWrittenIsReadBack) {
+  const ScratchFolder folder;
+  const std::string bytes("a\0b\nc\xff", 6);
+  EXPECT_TRUE(writeFileAtomically(folder / "file", bytes));
+  EXPECT_EQ(readWholeFile(folder / "file", 100), bytes);
+  EXPECT_THAT(folder.names(), ElementsAre("file"));
+}
+
+TEST(WholeFileTest, ALongFileIsWrittenAndReadWhole) {
+  const ScratchFolder folder;
+  const std::string bytes(3'000'000, 'x');
+  EXPECT_TRUE(writeFileAtomically(folder / "file", bytes));
+  EXPECT_EQ(readWholeFile(folder / "file", bytes.size()), bytes);
+}
+
+TEST(WholeFileTest, AFileAboveTheLimitIsAbsent) {
+  const ScratchFolder folder;
+  folder.write("file", "12345");
+  EXPECT_EQ(readWholeFile(folder / "file", 5), "12345");
+  EXPECT_EQ(readWholeFile(folder / "file", 4), std::nullopt);
+}
+
+TEST(WholeFileTest, NothingThatIsNoRegularFileIsRead) {
+  const ScratchFolder folder;
+  fs::create_directory(folder / "folder");
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+  EXPECT_EQ(readWholeFile(folder / "missing", 100), std::nullopt);
+  EXPECT_EQ(readWholeFile(folder / "folder", 100), std::nullopt);
+  EXPECT_EQ(readWholeFile(folder / "pipe", 100), std::nullopt);
+  EXPECT_EQ(readWholeFile("/dev/zero", 100), std::nullopt);
+}
+
+TEST(WholeFileTest, OnlyTheOwnerCanReadWhatIsWritten) {
+  const ScratchFolder folder;
+  folder.write("file", "old");
+  fs::permissions(folder / "file", fs::perms::all);
+  EXPECT_TRUE(writeFileAtomically(folder / "file", "new"));
+  EXPECT_EQ(fs::status(folder / "file").permissions(),
+            fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST(WholeFileTest, ALinkIsReplacedAndItsTargetUntouched) {
+  const ScratchFolder folder;
+  folder.write("target", "theirs");
+  fs::create_symlink(folder / "target", folder / "file");
+  EXPECT_TRUE(writeFileAtomically(folder / "file", "ours"));
+  EXPECT_FALSE(fs::is_symlink(folder / "file"));
+  EXPECT_EQ(folder.read("file"), "ours");
+  EXPECT_EQ(folder.read("target"), "theirs");
+}
+
+TEST(WholeFileTest, AFullDiskLeavesTheOldFileAndNothingBeside) {
+  const ScratchFolder folder;
+  folder.write("file", "old");
+  {
+    const FullDisk disk(10);
+    EXPECT_FALSE(writeFileAtomically(folder / "file", std::string(100, 'n')));
+    EXPECT_FALSE(writeFileAtomically(folder / "other", std::string(100, 'n')));
+  }
+  EXPECT_EQ(folder.read("file"), "old");
+  EXPECT_THAT(folder.names(), ElementsAre("file"));
+}
+
+TEST(WholeFileTest, ARenameThatFailsLeavesNothingBeside) {
+  const ScratchFolder folder;
+  fs::create_directories(folder / "file/occupied");
+  EXPECT_FALSE(writeFileAtomically(folder / "file", "new"));
+  EXPECT_THAT(folder.names(), ElementsAre("file"));
+  EXPECT_TRUE(folder.has("file/occupied"));
+}
+
+TEST(WholeFileTest, WithoutItsFolderNothingIsWritten) {
+  const ScratchFolder folder;
+  folder.write("file", "old");
+  EXPECT_FALSE(writeFileAtomically(folder / "missing/file", "new"));
+  EXPECT_FALSE(writeFileAtomically(folder / "file/file", "new"));
+  EXPECT_THAT(folder.names(), UnorderedElementsAre("file"));
+}
+
+TEST(WholeFileTest, APathWithoutFolderIsBelowTheWorkingFolder) {
+  const ScratchFolder folder;
+  const fs::path before = fs::current_path();
+  fs::current_path(folder.path());
+  EXPECT_TRUE(writeFileAtomically("file", "new"));
+  fs::current_path(before);
+  EXPECT_EQ(folder.read("file"), "new");
+}
+
+}  // namespace
+}  // namespace embrix
