@@ -1,0 +1,18 @@
+// The machine that the program runs on. Implemented by the folder below hosts/ that the build
+// chose.
+#pragma once
+
+#include <memory>
+
+#include "host/host.h"
+#include "host/settings_store.h"
+
+namespace embrix {
+
+// Every source of this machine; absent ones where it has nothing to say.
+Host nativeHost();
+
+// The settings of the user who runs the program.
+std::unique_ptr<SettingsStores> nativeSettings();
+
+}  // namespace embrix
