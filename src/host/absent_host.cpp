@@ -86,6 +86,10 @@ struct AbsentCommands final : CommandRunner {
   bool start(const std::string&, const std::vector<std::string>&) override { return false; }
 };
 
+struct AbsentFiles final : FileSource {
+  std::optional<std::string> read(const std::string&) override { return std::nullopt; }
+};
+
 }  // namespace
 
 Host absentHost() {
@@ -108,6 +112,7 @@ Host absentHost() {
       .assertions = std::make_unique<AbsentAssertions>(),
       .powerLog = std::make_unique<AbsentPowerLog>(),
       .commands = std::make_unique<AbsentCommands>(),
+      .files = std::make_unique<AbsentFiles>(),
   };
 }
 

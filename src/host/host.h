@@ -10,6 +10,7 @@
 #include "host/clock.h"
 #include "host/command_runner.h"
 #include "host/energy_source.h"
+#include "host/file_source.h"
 #include "host/gpu_source.h"
 #include "host/machine_facts.h"
 #include "host/memory_source.h"
@@ -45,6 +46,7 @@ struct Host {
   std::unique_ptr<AssertionSource> assertions;
   std::unique_ptr<PowerLogSource> powerLog;
   std::unique_ptr<CommandRunner> commands;
+  std::unique_ptr<FileSource> files;
 };
 
 // A machine that tells nothing: every source answers absent or empty, the clocks stand at 0.

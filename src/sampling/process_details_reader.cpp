@@ -41,7 +41,7 @@ ProcessFacts ProcessDetailsReader::facts(const ProcessSample& sample, const Shar
 
 std::vector<std::string> ProcessDetailsReader::arguments(std::int32_t pid) {
   std::vector<std::string> arguments = source_.arguments(pid);
-  for (std::string& argument : arguments) argument = repairedUTF8(argument);
+  for (std::string& argument : arguments) argument = Text::repaired(argument);
   return arguments;
 }
 
@@ -57,7 +57,7 @@ const ProcessDetailsReader::Cached& ProcessDetailsReader::cached(const SharedTex
   if (entry == cache_.end()) {
     Cached read{arguments(pid), source_.directory(pid)};
     if (read.directory) {
-      read.directory = repairedUTF8(*read.directory);
+      read.directory = Text::repaired(*read.directory);
       if (read.directory->empty()) read.directory.reset();
     }
     entry = cache_.emplace(id, std::move(read)).first;

@@ -48,11 +48,12 @@ const ProcessReader::CachedPath& ProcessReader::cached(const RawProcess& process
 ProcessReader::CachedPath ProcessReader::lookUp(const RawProcess& process) {
   CachedPath found;
   found.id = processID(process.pid, process.startTime);
-  found.name = SharedText(repairedUTF8(process.commandName));
+  found.name = SharedText(Text::repaired(process.commandName));
   if (const auto path = source_.executablePath(process.pid)) {
-    const std::string repaired = repairedUTF8(*path);
+    const std::string repaired = Text::repaired(*path);
     found.path = SharedText(repaired);
-    if (const auto piece = lastPathPiece(repaired)) found.name = SharedText(*piece);
+    const std::string_view piece = Text::lastPiece(repaired, '/');
+    if (!piece.empty()) found.name = SharedText(piece);
   }
   return found;
 }
@@ -63,14 +64,6 @@ void ProcessReader::prune(std::size_t seen) {
   for (auto entry = pathCache_.begin(); entry != pathCache_.end();) {
     entry = entry->second.pass == pass_ ? std::next(entry) : pathCache_.erase(entry);
   }
-}
-
-std::optional<std::string_view> lastPathPiece(std::string_view path) {
-  const std::size_t last = path.find_last_not_of('/');
-  if (last == std::string_view::npos) return std::nullopt;
-  const std::size_t slash = path.find_last_of('/', last);
-  const std::size_t first = slash == std::string_view::npos ? 0 : slash + 1;
-  return path.substr(first, last - first + 1);
 }
 
 }  // namespace embrix

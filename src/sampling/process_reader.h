@@ -55,7 +55,4 @@ class ProcessReader {
   tsl::robin_map<Identity, CachedPath, IdentityHash> pathCache_;
 };
 
-// The last piece of a path, split at "/" with empty pieces dropped; absent when there is none.
-std::optional<std::string_view> lastPathPiece(std::string_view path);
-
 }  // namespace embrix
