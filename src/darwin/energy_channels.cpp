@@ -1,0 +1,149 @@
+#include "darwin/energy_channels.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+#include "base/hash_map.h"
+#include "darwin/energy_channel_name.h"
+
+namespace embrix {
+
+namespace {
+
+constexpr std::string_view kCpuEnergy = kEnergyBlocks[kCpuBlock];
+
+struct Named {
+  EnergyChannel* channel = nullptr;
+  std::optional<BlockName> block;
+  std::optional<CoreName> core;
+  // How many channels before this one bear its name. Two dies can report under the same names.
+  int repeat = 0;
+};
+
+// The kernel marks a channel without a value with the smallest number there is. Any other number
+// below zero is a counter that was set back within the interval.
+bool hasValue(const Named& named) {
+  return named.channel->value >= 0;
+}
+
+void trimBlanks(std::string& text) {
+  text.erase(text.find_last_not_of(' ') + 1);
+  text.erase(0, text.find_first_not_of(' '));
+}
+
+std::vector<Named> recognised(std::vector<EnergyChannel>& channels) {
+  std::vector<Named> result;
+  HashMap<std::string_view, int> timesSeen;
+  for (EnergyChannel& channel : channels) {
+    Named named{.channel = &channel,
+                .block = energyBlockOf(channel.name),
+                .core = energyCoreOf(channel.name),
+                .repeat = 0};
+    if (!named.block && !named.core) continue;
+    if (named.core) named.repeat = timesSeen[channel.name]++;
+    result.push_back(named);
+  }
+  return result;
+}
+
+// Removes what another channel tells better: a channel without a value, and then, of each block,
+// everything but its lowest rank. A whole without a value does not keep its parts out.
+void keepWholes(std::vector<Named>& blocks) {
+  std::erase_if(blocks, [](const Named& named) { return !hasValue(named); });
+  std::array<BlockRank, kEnergyBlocks.size()> lowest;
+  lowest.fill(BlockRank::cluster);
+  for (const Named& named : blocks) {
+    BlockRank& rank = lowest[named.block->block];
+    rank = std::min(rank, named.block->rank);
+  }
+  std::erase_if(blocks, [&lowest](const Named& named) {
+    return named.block->rank != lowest[named.block->block];
+  });
+}
+
+// Removes, of each level, everything but the first form of name that it has, whether there are
+// values or not: a cluster is no core because its cores are silent for once.
+void keepCores(std::vector<Named>& cores) {
+  std::array<CoreForm, 'Z' + 1> first;
+  first.fill(CoreForm::plainOfDie);
+  const auto firstOf = [&first](const Named& named) -> CoreForm& {
+    return first[static_cast<std::size_t>(named.core->level)];
+  };
+  for (const Named& named : cores) firstOf(named) = std::min(firstOf(named), named.core->form);
+  std::erase_if(cores,
+                [&firstOf](const Named& named) { return named.core->form != firstOf(named); });
+}
+
+// A chip has two levels of cores. On most they are called P and E. The newest with P and M call
+// P's cores "Super" and M's "Performance": P is then the system's performance level 0 and M its
+// level 1, which are the levels that count as performance and efficiency cores elsewhere too. A
+// chip with all three would have M and E side by side in the second.
+bool isPerformance(const CoreName& core) {
+  return core.level == 'P';
+}
+
+using Cluster = std::tuple<char, int, int, int>;  // level, repeat, die, cluster
+
+Cluster clusterOf(const Named& named) {
+  return {named.core->level, named.repeat, named.core->die, named.core->cluster};
+}
+
+std::vector<Cluster> clustersOf(const std::vector<Named>& cores, bool performance) {
+  std::vector<Cluster> clusters;
+  for (const Named& named : cores) {
+    if (isPerformance(*named.core) == performance) clusters.push_back(clusterOf(named));
+  }
+  std::sort(clusters.begin(), clusters.end());
+  clusters.erase(std::unique(clusters.begin(), clusters.end()), clusters.end());
+  return clusters;
+}
+
+std::string coreName(const Named& named, const std::vector<Cluster>& clusters) {
+  const auto place = std::lower_bound(clusters.begin(), clusters.end(), clusterOf(named));
+  return fmt::format("{}ACC{}_CPU{}", isPerformance(*named.core) ? 'P' : 'E',
+                     place - clusters.begin(), named.core->index);
+}
+
+}  // namespace
+
+std::vector<EnergyChannel> normalizedChannels(std::vector<EnergyChannel> channels) {
+  const std::vector<Named> all = recognised(channels);
+  std::vector<Named> blocks;
+  std::vector<Named> cores;
+  for (const Named& named : all) {
+    if (named.block) blocks.push_back(named);
+    if (named.core) cores.push_back(named);
+  }
+  keepWholes(blocks);
+  keepCores(cores);
+
+  std::vector<EnergyChannel> result;
+  bool hasCpu = false;
+  for (const Named& named : blocks) {
+    hasCpu = hasCpu || named.block->block == kCpuBlock;
+    result.push_back(*named.channel);
+    result.back().name = kEnergyBlocks[named.block->block];
+  }
+  // Of silent cores too: a cluster keeps its number from one interval to the next.
+  const auto performance = clustersOf(cores, true);
+  const auto efficiency = clustersOf(cores, false);
+  for (const Named& named : cores) {
+    if (!hasValue(named)) continue;
+    if (!hasCpu) {
+      result.push_back(*named.channel);
+      result.back().name = kCpuEnergy;
+    }
+    result.push_back(*named.channel);
+    result.back().name = coreName(named, isPerformance(*named.core) ? performance : efficiency);
+  }
+  for (EnergyChannel& channel : result) trimBlanks(channel.unit);
+  return result;
+}
+
+}  // namespace embrix
