@@ -1,0 +1,133 @@
+#include "hosts/linux/settings_store.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "base/whole_file.h"
+
+namespace embrix {
+
+namespace {
+
+constexpr std::size_t kMostBytes = 4 * 1024 * 1024;
+
+// The JSON library writes and copies nested values by recursion.
+constexpr int kDeepestNesting = 100;
+
+bool isNestedTooDeep(std::string_view text) {
+  int depth = 0;
+  bool inString = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (inString) {
+      if (c == '\\') ++i;
+      if (c == '"') inString = false;
+    } else if (c == '"') {
+      inString = true;
+    } else if (c == '[' || c == '{') {
+      if (++depth > kDeepestNesting) return true;
+    } else if (c == ']' || c == '}') {
+      --depth;
+    }
+  }
+  return false;
+}
+
+std::optional<Json> readObject(const std::string& path) {
+  const auto text = readWholeFile(path, kMostBytes);
+  if (!text || isNestedTooDeep(*text)) return std::nullopt;
+  auto values = parseJson(*text);
+  if (!values || !values->is_object()) return std::nullopt;
+  return values;
+}
+
+std::optional<SettingValue> settingValue(const Json& value) {
+  if (const auto truth = jsonBool(value)) return *truth;
+  if (const auto number = jsonDouble(value)) return *number;
+  if (auto text = jsonText(value)) return std::move(*text);
+  if (!value.is_array()) return std::nullopt;
+  std::vector<std::string> texts;
+  for (const Json& each : value) {
+    auto text = jsonText(each);
+    if (!text) return std::nullopt;
+    texts.push_back(std::move(*text));
+  }
+  return texts;
+}
+
+}  // namespace
+
+FileSettingsStore::FileSettingsStore(std::string path) : path_(std::move(path)) {
+  load();
+}
+
+std::optional<SettingValue> FileSettingsStore::stored(std::string_view key) const {
+  const Json* value = jsonAt(values_, key);
+  return value == nullptr ? std::nullopt : settingValue(*value);
+}
+
+void FileSettingsStore::set(std::string_view key, SettingValue value) {
+  if (!isUtf8(key)) return;
+  values_[std::string(key)] = std::visit([](auto& held) { return Json(std::move(held)); }, value);
+  save();
+}
+
+void FileSettingsStore::remove(std::string_view key) {
+  const auto found = values_.find(key);
+  if (found == values_.end()) return;
+  values_.erase(found);
+  save();
+}
+
+void FileSettingsStore::removeAll() {
+  if (values_.empty()) return;
+  values_.clear();
+  save();
+}
+
+void FileSettingsStore::load() {
+  std::error_code error;
+  if (!std::filesystem::exists(path_, error)) return;
+  if (auto values = readObject(path_)) {
+    values_ = std::move(*values);
+  } else {
+    std::rename(path_.c_str(), (path_ + ".damaged").c_str());
+  }
+}
+
+void FileSettingsStore::save() const {
+  std::error_code error;
+  const std::filesystem::path folder = std::filesystem::path(path_).parent_path();
+  if (std::filesystem::create_directories(folder, error)) {
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
+  }
+  Json written = values_;
+  for (auto entry = written.begin(); entry != written.end();) {
+    const auto number = jsonDouble(*entry);
+    entry = number && !std::isfinite(*number) ? written.erase(entry) : std::next(entry);
+  }
+  writeFileAtomically(path_, dumpJson(written) + "\n");
+}
+
+FileSettingsStores::FileSettingsStores(std::string folder) : folder_(std::move(folder)) {}
+
+std::unique_ptr<SettingsStore> FileSettingsStores::open(const std::string& suite) {
+  const bool leadsAway = suite.find('/') != std::string::npos ||
+                         suite.find('\0') != std::string::npos || suite.substr(0, 1) == ".";
+  if (leadsAway) return nullptr;
+  return std::make_unique<FileSettingsStore>(folder_ + "/" + (suite.empty() ? "settings" : suite) +
+                                             ".json");
+}
+
+std::string settingsFolder(const char* xdgConfigHome, const std::string& homeDirectory) {
+  const std::string_view configured = xdgConfigHome == nullptr ? "" : xdgConfigHome;
+  const bool isUsable = !configured.empty() && configured.front() == '/';
+  return (isUsable ? std::string(configured) : homeDirectory + "/.config") + "/embrix";
+}
+
+}  // namespace embrix
