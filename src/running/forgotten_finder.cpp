@@ -66,7 +66,7 @@ std::vector<Survivor> survivorsByPID(const std::vector<ProcessFacts>& facts,
   return survivors;
 }
 
-// The place of each survivor's parent, or kNone when that is no survivor or the process itself.
+// The place of each survivor's parent, or kNone when that is no survivor.
 std::vector<std::size_t> parentsOf(const std::vector<Survivor>& survivors) {
   std::vector<std::size_t> parents;
   parents.reserve(survivors.size());
@@ -75,8 +75,7 @@ std::vector<std::size_t> parentsOf(const std::vector<Survivor>& survivors) {
     const auto found =
         std::lower_bound(survivors.begin(), survivors.end(), ppid,
                          [](const Survivor& a, std::int32_t pid) { return a.facts->pid < pid; });
-    const bool hasParent =
-        found != survivors.end() && found->facts->pid == ppid && ppid != survivor.facts->pid;
+    const bool hasParent = found != survivors.end() && found->facts->pid == ppid;
     parents.push_back(hasParent ? static_cast<std::size_t>(found - survivors.begin()) : kNone);
   }
   return parents;
@@ -94,7 +93,8 @@ bool belongsTo(const Survivor& parent, const Survivor& child) {
 
 std::size_t rootOf(std::size_t start, const std::vector<Survivor>& survivors,
                    const std::vector<std::size_t>& parents) {
-  constexpr int kStepsUp = 16;  // also what ends a circle of parents
+  // Also what ends a circle of parents, down to a process that is its own.
+  constexpr int kStepsUp = 16;
   std::size_t current = start;
   for (int step = 0; step < kStepsUp; ++step) {
     const std::size_t parent = parents[current];

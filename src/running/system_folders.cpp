@@ -34,7 +34,9 @@ SystemFolders linuxFolders() {
       // Servers that a developer starts for a project. The copy that a distribution starts at boot
       // runs under an account of its own, so one with the user's id is the user's.
       "postgres", "mysqld", "mariadbd", "mongod", "redis-server", "valkey-server", "memcached",
-      "nginx", "caddy", "hugo"};
+      "nginx", "caddy", "hugo",
+      // What listens in place of a container that runs without rights.
+      "rootlessport", "rootlesskit", "pasta", "pasta.avx2"};
 
   // Applets, updaters and input methods of desktop sessions are scripts for the system's
   // interpreter ("/usr/bin/python3 /usr/bin/blueman-applet"). None of them listens for TCP, while
@@ -51,7 +53,7 @@ bool beginsWithOne(std::string_view path, const std::vector<std::string>& folder
 bool matches(std::string_view program, std::string_view entry) {
   if (!program.starts_with(entry)) return false;
   if (entry.ends_with('-')) return true;
-  return program.find_first_not_of("0123456789.", entry.size()) == std::string_view::npos;
+  return program.find_first_not_of("0123456789.-", entry.size()) == std::string_view::npos;
 }
 
 bool isOne(std::string_view path, const std::vector<std::string>& programs) {

@@ -25,8 +25,8 @@ struct SystemFolders {
   std::vector<std::string> userFolders = {};
 
   // Programs that are the user's wherever they stand, by the last piece of their path. An entry
-  // stands for its own name and for that name with a version behind it ("python" for "python3.11");
-  // an entry that ends in "-" for every name that begins with it.
+  // stands for its own name and for that name with a version behind it ("python" for "python3.11",
+  // "node" for "node-20"); an entry that ends in "-" for every name that begins with it.
   std::vector<std::string> userPrograms = {};
 
   // Those of userPrograms in which systems write programs of their own. Such a process is the

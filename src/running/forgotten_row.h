@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "frame/forgotten_item.h"
+#include "frame/process_row.h"
+
+namespace embrix {
+
+// A thing that was left running, with what it costs at present.
+struct ForgottenRow {
+  ForgottenItem item;
+  std::vector<ProcessRow> processes;  // the present rows of the item's members
+  double watts = 0;                   // sum over processes
+  std::optional<double> minutes;      // battery time that a stop would win back
+
+  const std::string& id() const { return item.root.id; }
+
+  bool operator==(const ForgottenRow&) const = default;
+};
+
+}  // namespace embrix
