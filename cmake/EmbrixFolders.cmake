@@ -55,5 +55,6 @@ function(embrix_tests folder)
   list(TRANSFORM arg_USES REPLACE "/" "_")
   list(TRANSFORM arg_USES PREPEND embrix_)
   target_link_libraries(${target} PRIVATE ${arg_USES} ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
-  gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+  gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${EMBRIX_TEST_PREFIX}"
+                       PROPERTIES TIMEOUT 300)
 endfunction()
