@@ -19,6 +19,15 @@ constexpr std::size_t kTableAt = 24;         // 8 bytes: where the table lies
 
 constexpr std::size_t kHeaderSize = 8;
 
+// Kinds of value, in the upper half of the byte that begins each. The lower half is a size.
+constexpr std::uint64_t kNumber = 0x1;
+constexpr std::uint64_t kData = 0x4;
+constexpr std::uint64_t kText = 0x5;      // a byte for each character
+constexpr std::uint64_t kWideText = 0x6;  // UTF-16
+constexpr std::uint64_t kArray = 0xa;
+constexpr std::uint64_t kSet = 0xc;
+constexpr std::uint64_t kDictionary = 0xd;
+
 // Walks a binary list the way that the library will, every reference anew, and stops at the first
 // sign of trouble.
 class BinaryWalk {
@@ -62,15 +71,15 @@ class BinaryWalk {
     std::uint64_t contents = *at + 1;
     std::uint64_t size = *marker & 0xf;
     switch (*marker >> 4) {
-      case 0x4:  // data
-      case 0x5:  // ASCII text
-      case 0x6:  // UTF-16 text
+      case kData:
+      case kText:
+      case kWideText:
         return longSize(size, contents) && weigh(size);
-      case 0xa:  // array
-      case 0xc:  // set
+      case kArray:
+      case kSet:
         return longSize(size, contents) && references(contents, size, depth);
-      case 0xd:  // dictionary: its keys, then its values
-        return longSize(size, contents) && size <= bytes_.size() &&
+      case kDictionary:  // its keys, then its values
+        return longSize(size, contents) && size <= bytes_.size() && keys(contents, size) &&
                references(contents, 2 * size, depth);
       default:
         return true;
@@ -81,7 +90,7 @@ class BinaryWalk {
   bool longSize(std::uint64_t& size, std::uint64_t& contents) const {
     if (size != 0xf) return true;
     const auto marker = number(contents, 1);
-    if (!marker || (*marker >> 4) != 0x1 || (*marker & 0xf) > 3) return false;
+    if (!marker || *marker >> 4 != kNumber || (*marker & 0xf) > 3) return false;
     const std::size_t width = std::size_t{1} << (*marker & 0xf);
     const auto read = number(contents + 1, width);
     if (!read) return false;
@@ -95,6 +104,29 @@ class BinaryWalk {
     for (std::uint64_t i = 0; i < count; ++i) {
       const auto index = number(at + i * referenceSize_, referenceSize_);
       if (!index || !value(*index, depth + 1)) return false;
+    }
+    return true;
+  }
+
+  // The library ends the process over a key with a NUL in it.
+  bool keys(std::uint64_t at, std::uint64_t count) const {
+    for (std::uint64_t i = 0; i < count; ++i) {
+      const auto index = number(at + i * referenceSize_, referenceSize_);
+      if (!index || *index >= count_ || !isTextWithoutNul(*index)) return false;
+    }
+    return true;
+  }
+
+  bool isTextWithoutNul(std::uint64_t index) const {
+    const auto at = number(table_ + index * offsetSize_, offsetSize_);
+    const auto marker = at ? number(*at, 1) : std::nullopt;
+    if (!marker || (*marker >> 4 != kText && *marker >> 4 != kWideText)) return false;
+    const std::size_t unit = *marker >> 4 == kText ? 1 : 2;
+    std::uint64_t contents = *at + 1;
+    std::uint64_t size = *marker & 0xf;
+    if (!longSize(size, contents) || size > bytes_.size()) return false;
+    for (std::uint64_t i = 0; i < size; ++i) {
+      if (number(contents + i * unit, unit).value_or(0) == 0) return false;
     }
     return true;
   }
