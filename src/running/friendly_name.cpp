@@ -72,7 +72,7 @@ std::vector<FriendlyName::Row> makeTable() {
     FriendlyName::Row row{.processName = entry.processName,
                           .displayName = entry.displayName,
                           .bundleID = std::nullopt,
-                          .groupKey = "named:" + std::string(entry.displayName)};
+                          .groupKey = FriendlyName::groupKey(entry.displayName)};
     if (!entry.bundleID.empty()) row.bundleID = SharedText(entry.bundleID);
     rows.push_back(std::move(row));
   }
@@ -117,6 +117,10 @@ SharedText FriendlyName::name(const SharedText& processName) {
   if (view.find(' ') != std::string_view::npos) return processName;
   const std::string_view piece = Text::lastPiece(view, '.');
   return Text::characterCount(piece) < kShortestPiece ? processName : SharedText(piece);
+}
+
+SharedText FriendlyName::groupKey(const SharedText& displayName) {
+  return "named:" + displayName.string();
 }
 
 const HashMap<SharedText, SharedText>& FriendlyName::bundleByName() {

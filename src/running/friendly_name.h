@@ -19,7 +19,7 @@ struct FriendlyName {
     SharedText processName;
     SharedText displayName;
     std::optional<SharedText> bundleID;  // the application whose icon stands for it
-    SharedText groupKey;                 // "named:" and the display name
+    SharedText groupKey;                 // of the display name
   };
 
   // All known processes. Several can share a display name, and with it a group.
@@ -31,6 +31,9 @@ struct FriendlyName {
   // What to show for a process name: the table's display name; of a reversed domain name like
   // "com.example.Updater" its last piece if that has at least 4 characters; else the name itself.
   static SharedText name(const SharedText& processName);
+
+  // The key of the group that a display name stands for: "named:" and the name.
+  static SharedText groupKey(const SharedText& displayName);
 
   // Application identifiers by process name and by display name.
   static const HashMap<SharedText, SharedText>& bundleByName();

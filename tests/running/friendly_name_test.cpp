@@ -51,6 +51,7 @@ TEST(FriendlyNameTest, EveryRowIsFoundByItsProcessName) {
   for (const FriendlyName::Row& row : FriendlyName::table()) {
     ASSERT_EQ(FriendlyName::row(row.processName), &row) << row.processName.view();
     EXPECT_EQ(FriendlyName::name(row.processName), row.displayName);
+    EXPECT_NE(row.displayName, row.processName);
     EXPECT_EQ(row.groupKey.string(), "named:" + row.displayName.string());
   }
 }
