@@ -1,5 +1,6 @@
 #include "sampling/process_reader.h"
 
+#include <limits>
 #include <string>
 #include <utility>
 
@@ -18,8 +19,8 @@ const std::vector<ProcessSample>& ProcessReader::read() {
     const RawProcess& process = table_[i];
     const CachedPath& known = cached(process);
     const RawUsage usage = process.usage.value_or(RawUsage());
-    const double ticks = static_cast<double>(usage.userTime + usage.systemTime);
-    // A sample of the same process in the same place is assigned its own texts, which costs nothing.
+    // A sample of the same process in the same place is assigned its own texts, which costs
+    // nothing.
     ProcessSample& sample = samples_[i];
     sample.pid = process.pid;
     sample.ppid = process.ppid;
@@ -28,13 +29,22 @@ const std::vector<ProcessSample>& ProcessReader::read() {
     sample.path = known.path;
     sample.startTime = process.startTime;
     sample.energyNJ = usage.energyNJ;
-    sample.cpuNS = static_cast<std::uint64_t>(ticksToNS_ * ticks);
+    sample.cpuNS = nanoseconds(usage);
     sample.wakeups = usage.packageIdleWakeups + usage.interruptWakeups;
     sample.footprint = usage.footprint;
     sample.id = known.id;
   }
   prune(table_.size());
   return samples_;
+}
+
+std::uint64_t ProcessReader::nanoseconds(const RawUsage& usage) const {
+  // 2^64, the first double that fits no more.
+  constexpr double kLimit = 18446744073709551616.0;
+  const double ticks = static_cast<double>(usage.userTime) + static_cast<double>(usage.systemTime);
+  const double time = ticksToNS_ * ticks;
+  return time < kLimit ? static_cast<std::uint64_t>(time)
+                       : std::numeric_limits<std::uint64_t>::max();
 }
 
 const ProcessReader::CachedPath& ProcessReader::cached(const RawProcess& process) {

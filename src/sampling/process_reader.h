@@ -1,5 +1,5 @@
-// The raw process table of a tick as samples: names and paths are looked up once in a process's life.
-// Sampling thread only.
+// The raw process table of a tick as samples: names and paths are looked up once in a process's
+// life. Sampling thread only.
 #pragma once
 
 #include <cstdint>
@@ -43,6 +43,7 @@ class ProcessReader {
     std::uint64_t pass = 0;  // the newest read() that saw the process
   };
 
+  std::uint64_t nanoseconds(const RawUsage& usage) const;
   const CachedPath& cached(const RawProcess& process);
   CachedPath lookUp(const RawProcess& process);
   void prune(std::size_t seen);

@@ -79,7 +79,7 @@ std::optional<Frame> Sampler::next() {
 }
 
 std::optional<AppInfo> Sampler::appOf(const ProcessSample& sample) {
-  return sample.path ? apps_.resolve(*sample.path) : std::nullopt;
+  return sample.path ? apps_.byExecutable(*sample.path) : std::nullopt;
 }
 
 std::optional<PowerBreakdown> Sampler::readBreakdown() {

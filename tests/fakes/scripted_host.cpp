@@ -289,6 +289,14 @@ struct ScriptedCommands final : CommandRunner, Part {
   }
 };
 
+struct ScriptedFiles final : FileSource, Part {
+  using Part::Part;
+  std::optional<std::string> read(const std::string& path) override {
+    if (!world.called("files", "read", path)) return std::nullopt;
+    return valueIn(world.files, path);
+  }
+};
+
 }  // namespace
 
 Host ScriptedHost::host() {
@@ -311,6 +319,7 @@ Host ScriptedHost::host() {
       .assertions = std::make_unique<ScriptedAssertions>(*this),
       .powerLog = std::make_unique<ScriptedPowerLog>(*this),
       .commands = std::make_unique<ScriptedCommands>(*this),
+      .files = std::make_unique<ScriptedFiles>(*this),
   };
 }
 

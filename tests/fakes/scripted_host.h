@@ -100,6 +100,8 @@ class ScriptedHost {
   // cannot be started.
   std::map<std::string, std::string> commandOutputs;
 
+  std::map<std::string, std::string> files;  // contents by path
+
   // Calls that fail from now on, in the way that their port tells a failure: a source such as
   // "battery", or one of its calls such as "battery.registry". The clock, names that are constant
   // and the thermal state cannot fail.
