@@ -35,13 +35,18 @@ std::optional<PowerBreakdown> EnergyReader::read() {
     return std::nullopt;
   }
 
-  pending_.insert(pending_.end(), std::make_move_iterator(interval->channels.begin()),
-                  std::make_move_iterator(interval->channels.end()));
   const bool isStamped = interval->seconds && std::isfinite(*interval->seconds);
-  pendingSeconds_ += std::max(isStamped ? *interval->seconds : now - *before, 0.0);
+  const double seconds = std::max(isStamped ? *interval->seconds : now - *before, 0.0);
+  // An interval with a stamp stands for itself: what came before it has its own time.
+  if (isStamped) forgetPending();
+  if (!isStamped || seconds > 0) {
+    pending_.insert(pending_.end(), std::make_move_iterator(interval->channels.begin()),
+                    std::make_move_iterator(interval->channels.end()));
+    pendingSeconds_ += seconds;
+  }
 
   const bool isSilent = !(pendingSeconds_ > 0) || (!isStamped && cpuStandsStill(pending_));
-  if (isSilent && now - pendingSince_ < kLongestSilence) return last_;
+  if (isSilent && now - toldAt_ < kLongestSilence) return last_;
   last_.reset();
   if (pendingSeconds_ > 0) last_ = PowerBreakdown::parse(pending_, pendingSeconds_);
   startOver(now);
@@ -49,9 +54,13 @@ std::optional<PowerBreakdown> EnergyReader::read() {
 }
 
 void EnergyReader::startOver(double now) {
+  forgetPending();
+  toldAt_ = now;
+}
+
+void EnergyReader::forgetPending() {
   pending_.clear();
   pendingSeconds_ = 0;
-  pendingSince_ = now;
 }
 
 }  // namespace embrix

@@ -2,10 +2,12 @@
 //
 // Some chips publish their counters in batches of about two seconds, which no tick is in step with:
 // one tick then sees nothing and the next sees twice the energy. The reader holds the interval to
-// what was published. Where the source has time stamps, it divides by them. Where it has none, it
-// waits: a tick in which the CPU's own counter stands still published nothing, for a CPU that runs
-// this program uses energy. In such a tick the last figures stand, and what little was published
-// counts, with its time, into the next.
+// what was published, and lets the last figures stand in a tick in which nothing was. Where the
+// source has time stamps, they say so. Where it has none, the CPU's own counter does: it cannot
+// stand still while the CPU runs this program, so when it does, nothing was published, and what the
+// other counters say waits, with its time, for the tick that brings the batch. Whether a batch that
+// arrives a tick late took one tick or two to gather cannot be told without stamps: it counts as
+// two, and the figures dip instead of dropping to zero.
 #pragma once
 
 #include <optional>
@@ -33,14 +35,15 @@ class EnergyReader {
 
  private:
   void startOver(double now);
+  void forgetPending();
 
   EnergySource& source_;
   Clock& clock_;
   std::optional<double> previous_;      // uptime of the newest sample
   std::vector<EnergyChannel> pending_;  // energy not yet told as watts
   double pendingSeconds_ = 0;           // the time in which it was used
-  double pendingSince_ = 0;             // uptime at which that time began
-  std::optional<PowerBreakdown> last_;  // the figures of the newest batch
+  double toldAt_ = 0;                   // uptime of the newest figures, or of the baseline
+  std::optional<PowerBreakdown> last_;  // the newest figures
 };
 
 }  // namespace embrix

@@ -1,5 +1,6 @@
 #include "sampling/energy_reader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -10,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "fakes/scripted_host.h"
+#include "sampling/smoother.h"
 
 namespace embrix {
 namespace {
@@ -184,12 +186,114 @@ TEST_F(EnergyReaderTest, ATickOfNoLengthHoldsTheFigures) {
 
 TEST_F(EnergyReaderTest, AStampThatGoesBackCountsAsNothingNew) {
   publish(cpuMillijoules(4000, 2.0));
-  publish(cpuMillijoules(100, -5.0));
-  publish(cpuMillijoules(3900, 2.0));
+  publish(cpuMillijoules(900, -5.0));
+  publish(cpuMillijoules(4000, 2.0));
+  readAfter(0);
+  for (int tick = 0; tick < 3; ++tick) EXPECT_EQ(cpuAfter(2), 2.0) << "tick " << tick;
+}
+
+TEST_F(EnergyReaderTest, AnIntervalWithAStampStandsForItself) {
+  publish(cpuMillijoules(4000));
+  publish(cpuMillijoules(0));
+  publish(cpuMillijoules(4200, 2.1));
   readAfter(0);
   EXPECT_EQ(cpuAfter(2), 2.0);
   EXPECT_EQ(cpuAfter(2), 2.0);
   EXPECT_EQ(cpuAfter(2), 2.0);
+}
+
+// A tick of a sequence: what the channels gathered in it, in millijoules and nanojoules, over a
+// second. So it is on a machine that draws 2 W for ten seconds and then 6 W, and publishes the
+// CPU's energy every two seconds and the GPU's, of 0.5 W, at once.
+struct Tick {
+  std::int64_t cpuMillijoules;
+  std::int64_t gpuNanojoules;
+};
+
+const std::vector<Tick> kSequence = {
+    {0, 500'000'000}, {4'000, 500'000'000},  {0, 500'000'000}, {4'000, 500'000'000},
+    {0, 500'000'000}, {4'000, 500'000'000},  {0, 500'000'000}, {4'000, 500'000'000},
+    {0, 500'000'000}, {4'000, 500'000'000},  {0, 500'000'000}, {12'000, 500'000'000},
+    {0, 500'000'000}, {12'000, 500'000'000}, {0, 500'000'000}, {12'000, 500'000'000},
+    {0, 500'000'000}, {12'000, 500'000'000}, {0, 500'000'000}, {12'000, 500'000'000},
+};
+
+TEST_F(EnergyReaderTest, FiguresOfASequenceOfBatches) {
+  for (const auto& tick : kSequence) {
+    publish({.channels = {{.name = "CPU Energy", .unit = "mJ", .value = tick.cpuMillijoules},
+                          {.name = "GPU Energy", .unit = "nJ", .value = tick.gpuNanojoules}},
+             .seconds = std::nullopt});
+  }
+  Smoother smoother(6);
+  std::vector<double> cpu;  // of every tick, -1 where the breakdown is absent
+  std::vector<double> gpu;
+  std::vector<double> smooth;
+  readAfter(0);
+  for (std::size_t i = 0; i < kSequence.size(); ++i) {
+    const auto breakdown = readAfter(1);
+    cpu.push_back(breakdown ? breakdown->cpu : -1);
+    gpu.push_back(breakdown ? breakdown->gpu : -1);
+    if (breakdown) smooth.push_back(smoother.update("cpu", breakdown->cpu, 1));
+  }
+
+  // Tick by tick: 2 W, then 6 W from the batch on that brings it. Never 0, never 4 nor 12.
+  std::vector<double> expected = {-1};
+  expected.insert(expected.end(), 10, 2.0);
+  expected.insert(expected.end(), 9, 6.0);
+  EXPECT_EQ(cpu, expected);
+  std::vector<double> expectedGPU(20, 0.5);
+  expectedGPU[0] = -1;
+  EXPECT_EQ(gpu, expectedGPU);
+
+  // Smoothed: flat at 2, then a rise that never turns back.
+  for (std::size_t i = 0; i < 10; ++i) EXPECT_DOUBLE_EQ(smooth[i], 2.0) << i;
+  for (std::size_t i = 10; i < smooth.size(); ++i) {
+    EXPECT_GT(smooth[i], smooth[i - 1]) << i;
+    EXPECT_LT(smooth[i], 6.0) << i;
+  }
+
+  // What the ticks would say if each were taken for itself: the figures swing between nothing and
+  // double, and smoothing leaves a seventh of the swing.
+  Smoother naive(6);
+  double lowest = 4;
+  double highest = 0;
+  for (std::size_t i = 0; i < 10; ++i) {
+    const double watts = static_cast<double>(kSequence[i].cpuMillijoules) / 1000;
+    EXPECT_TRUE(watts == 0 || watts == 4) << i;
+    const double smoothed = naive.update("cpu", watts, 1);
+    if (i < 6) continue;
+    lowest = std::min(lowest, smoothed);
+    highest = std::max(highest, smoothed);
+  }
+  EXPECT_GT(highest - lowest, 0.5);
+}
+
+// Batches of 2.1 seconds under ticks of 2: one tick in 21 sees none. The batch that comes after it
+// counts for two ticks, a dip to half, and nothing is zero.
+TEST_F(EnergyReaderTest, BatchesSlightlyOutOfStepWithTheTicks) {
+  const auto batchesBy = [](int tick) { return static_cast<int>(tick * 2 / 2.1); };
+  readAfter(0);
+  int silentTicks = 0;
+  std::optional<int> sinceSilent;
+  for (int tick = 1; tick <= 60; ++tick) {
+    const int batches = batchesBy(tick) - batchesBy(tick - 1);
+    publish(cpuMillijoules(4200 * batches));
+    const auto cpu = cpuAfter(2);
+    if (tick == 1) {
+      EXPECT_EQ(cpu, std::nullopt);
+      sinceSilent = 0;
+      continue;
+    }
+    if (batches == 0) {
+      silentTicks += 1;
+      sinceSilent = 0;
+      EXPECT_EQ(cpu, 2.1) << tick;
+      continue;
+    }
+    EXPECT_EQ(cpu, sinceSilent == 0 ? 1.05 : 2.1) << tick;
+    sinceSilent = 1;
+  }
+  EXPECT_EQ(silentTicks, 2);
 }
 
 }  // namespace
