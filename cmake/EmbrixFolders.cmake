@@ -41,10 +41,10 @@ function(embrix_folder folder)
   target_link_libraries(${target} ${scope} ${arg_USES} ${arg_LIBRARIES})
 endfunction()
 
-# embrix_tests(base USES …): the executable base_tests from tests/base/*_test.cpp, each of its
-# cases known to ctest by name.
+# embrix_tests(base USES … LIBRARIES … PROPERTIES …): the executable base_tests from
+# tests/base/*_test.cpp, each of its cases known to ctest by name and with those properties.
 function(embrix_tests folder)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "USES;LIBRARIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "USES;LIBRARIES;PROPERTIES")
   string(REPLACE "/" "_" name ${folder})
   set(target ${name}_tests)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/${folder}/*.cpp)
@@ -56,5 +56,5 @@ function(embrix_tests folder)
   list(TRANSFORM arg_USES PREPEND embrix_)
   target_link_libraries(${target} PRIVATE ${arg_USES} ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
   gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${EMBRIX_TEST_PREFIX}"
-                       PROPERTIES TIMEOUT 300)
+                       PROPERTIES TIMEOUT 300 ${arg_PROPERTIES})
 endfunction()

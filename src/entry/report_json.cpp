@@ -53,7 +53,7 @@ void writeWhole(PrettyJSON& json, double value) {
 
 }  // namespace
 
-std::optional<std::string> reportJSON(const Frame& frame) {
+std::string reportJSON(const Frame& frame) {
   PrettyJSON json;
   json.beginObject();
   json.key("apps");
@@ -75,7 +75,7 @@ std::optional<std::string> reportJSON(const Frame& frame) {
   json.key("thermalState");
   json.text(thermalStateName(frame.thermalState));
   json.endObject();
-  return std::move(json).finish();
+  return std::move(json).finish().value_or("") + "\n";
 }
 
 }  // namespace embrix
