@@ -1,0 +1,19 @@
+#pragma once
+
+#include "host/clock.h"
+
+namespace embrix {
+
+// The system's own clocks. Uptime stands still while the machine is suspended, as the counters of
+// processes do. Any thread.
+class MacClock final : public Clock {
+ public:
+  double uptime() override;
+  double wallTime() override;
+  void sleep(double seconds) override;
+};
+
+// Nanoseconds in a machine time unit, the unit of the kernel's counters and time stamps.
+double machineTimeUnitNS();
+
+}  // namespace embrix

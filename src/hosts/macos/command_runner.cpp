@@ -1,0 +1,118 @@
+#include "hosts/macos/command_runner.h"
+
+#include <crt_externs.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <thread>
+
+namespace embrix {
+
+namespace {
+
+// A program to be spawned; standard output goes to `outputDescriptor`, or to /dev/null when that is
+// -1. No other descriptor of this process reaches it.
+class Spawn {
+ public:
+  Spawn(int outputDescriptor, bool ownSession) {
+    ::posix_spawn_file_actions_init(&actions_);
+    ::posix_spawnattr_init(&attributes_);
+    // First, for the pipe can have got the number of a standard stream that was closed here.
+    if (outputDescriptor >= 0) {
+      ::posix_spawn_file_actions_adddup2(&actions_, outputDescriptor, STDOUT_FILENO);
+    } else {
+      ::posix_spawn_file_actions_addopen(&actions_, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    }
+    ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    ::posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    // What this process blocks and ignores is its own affair.
+    sigset_t signals{};
+    sigemptyset(&signals);
+    ::posix_spawnattr_setsigmask(&attributes_, &signals);
+    sigaddset(&signals, SIGPIPE);
+    ::posix_spawnattr_setsigdefault(&attributes_, &signals);
+    const int session = ownSession ? POSIX_SPAWN_SETSID : 0;
+    ::posix_spawnattr_setflags(
+        &attributes_, static_cast<short>(POSIX_SPAWN_CLOEXEC_DEFAULT | POSIX_SPAWN_SETSIGMASK |
+                                         POSIX_SPAWN_SETSIGDEF | session));
+  }
+  ~Spawn() {
+    ::posix_spawn_file_actions_destroy(&actions_);
+    ::posix_spawnattr_destroy(&attributes_);
+  }
+  Spawn(const Spawn&) = delete;
+  Spawn& operator=(const Spawn&) = delete;
+
+  std::optional<pid_t> run(const std::string& program, const std::vector<std::string>& arguments) {
+    std::vector<char*> words{const_cast<char*>(program.c_str())};
+    for (const std::string& argument : arguments) {
+      words.push_back(const_cast<char*>(argument.c_str()));
+    }
+    words.push_back(nullptr);
+    pid_t pid = 0;
+    const int error = ::posix_spawn(&pid, program.c_str(), &actions_, &attributes_, words.data(),
+                                    *::_NSGetEnviron());
+    return error == 0 ? std::optional(pid) : std::nullopt;
+  }
+
+ private:
+  posix_spawn_file_actions_t actions_{};
+  posix_spawnattr_t attributes_{};
+};
+
+void waitFor(pid_t pid) {
+  while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
+  }
+}
+
+std::string readToEnd(int descriptor) {
+  std::string text;
+  std::array<char, 64 * 1024> piece;
+  while (true) {
+    const ssize_t size = ::read(descriptor, piece.data(), piece.size());
+    if (size < 0 && errno == EINTR) continue;
+    if (size <= 0) return text;
+    text.append(piece.data(), static_cast<std::size_t>(size));
+  }
+}
+
+}  // namespace
+
+std::optional<std::string> MacCommandRunner::output(const std::string& program,
+                                                    const std::vector<std::string>& arguments) {
+  std::array<int, 2> ends{};
+  if (::pipe(ends.data()) != 0) return std::nullopt;
+  // There is no pipe2() here: a program that another library starts in this moment could keep the
+  // writing end, and the reading below would wait for that program's end as well.
+  for (const int end : ends) ::fcntl(end, F_SETFD, FD_CLOEXEC);
+  const auto pid = Spawn(ends[1], false).run(program, arguments);
+  ::close(ends[1]);
+  std::optional<std::string> text;
+  if (pid) {
+    text = readToEnd(ends[0]);
+    waitFor(*pid);
+  }
+  ::close(ends[0]);
+  return text;
+}
+
+bool MacCommandRunner::start(const std::string& program,
+                             const std::vector<std::string>& arguments) {
+  const auto pid = Spawn(-1, true).run(program, arguments);
+  if (!pid) return false;
+  // Somebody must wait for the program, or it stays as a zombie for as long as this one runs.
+  try {
+    std::thread(waitFor, *pid).detach();
+  } catch (const std::system_error&) {
+    // No thread to be had: a zombie then, and the program runs all the same.
+  }
+  return true;
+}
+
+}  // namespace embrix

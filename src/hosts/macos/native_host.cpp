@@ -1,0 +1,51 @@
+#include "host/native_host.h"
+
+#include <memory>
+
+#include "hosts/macos/application_source.h"
+#include "hosts/macos/assertion_source.h"
+#include "hosts/macos/battery_source.h"
+#include "hosts/macos/clock.h"
+#include "hosts/macos/command_runner.h"
+#include "hosts/macos/energy_source.h"
+#include "hosts/macos/gpu_source.h"
+#include "hosts/macos/machine_facts.h"
+#include "hosts/macos/memory_source.h"
+#include "hosts/macos/power_log_source.h"
+#include "hosts/macos/process_details_source.h"
+#include "hosts/macos/process_source.h"
+#include "hosts/macos/responsibility_source.h"
+#include "hosts/macos/settings_store.h"
+#include "hosts/macos/smc_source.h"
+#include "hosts/macos/temperature_source.h"
+#include "hosts/macos/thermal_state_source.h"
+#include "hosts/macos/user_facts.h"
+
+namespace embrix {
+
+Host nativeHost() {
+  return Host{.name = "macos",
+              .machine = macMachineFacts(),
+              .user = macUserFacts(),
+              .clock = std::make_unique<MacClock>(),
+              .processes = std::make_unique<MacProcessSource>(),
+              .processDetails = std::make_unique<MacProcessDetailsSource>(),
+              .responsibility = std::make_unique<MacResponsibilitySource>(),
+              .applications = std::make_unique<MacApplicationSource>(),
+              .energy = std::make_unique<MacEnergySource>(),
+              .battery = std::make_unique<MacBatterySource>(),
+              .temperatures = std::make_unique<MacTemperatureSource>(),
+              .smc = std::make_unique<MacSmcSource>(),
+              .thermalState = std::make_unique<MacThermalStateSource>(),
+              .gpu = std::make_unique<MacGpuSource>(),
+              .memory = std::make_unique<MacMemorySource>(),
+              .assertions = std::make_unique<MacAssertionSource>(),
+              .powerLog = std::make_unique<MacPowerLogSource>(),
+              .commands = std::make_unique<MacCommandRunner>()};
+}
+
+std::unique_ptr<SettingsStores> nativeSettings() {
+  return std::make_unique<MacSettingsStores>();
+}
+
+}  // namespace embrix
