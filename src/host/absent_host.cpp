@@ -83,11 +83,34 @@ struct AbsentCommands final : CommandRunner {
   std::optional<std::string> output(const std::string&, const std::vector<std::string>&) override {
     return std::nullopt;
   }
+  std::optional<std::string> successfulOutput(const std::string&,
+                                              const std::vector<std::string>&) override {
+    return std::nullopt;
+  }
   bool start(const std::string&, const std::vector<std::string>&) override { return false; }
 };
 
 struct AbsentFiles final : FileSource {
   std::optional<std::string> read(const std::string&) override { return std::nullopt; }
+};
+
+struct AbsentFolders final : FolderSource {
+  std::optional<BaseFolders> baseFolders() override { return std::nullopt; }
+  std::optional<std::string> resolved(const std::string&) override { return std::nullopt; }
+  bool exists(const std::string&) override { return false; }
+  std::optional<FileFacts> facts(const std::string&) override { return std::nullopt; }
+  std::vector<FolderEntry> list(const std::string&) override { return {}; }
+  std::optional<std::int64_t> measure(const std::string&, MeasureWatch& watch) override {
+    if (watch.abandoned()) return std::nullopt;
+    return 0;
+  }
+};
+
+struct AbsentTrash final : Trash {
+  TrashMove moveToTrash(const std::string&, const FileIdentity&) override { return {}; }
+  bool putBack(const std::string&, const std::string&, const FileIdentity&) override {
+    return false;
+  }
 };
 
 }  // namespace
@@ -113,6 +136,8 @@ Host absentHost() {
       .powerLog = std::make_unique<AbsentPowerLog>(),
       .commands = std::make_unique<AbsentCommands>(),
       .files = std::make_unique<AbsentFiles>(),
+      .folders = std::make_unique<AbsentFolders>(),
+      .trash = std::make_unique<AbsentTrash>(),
   };
 }
 

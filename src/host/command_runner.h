@@ -16,6 +16,11 @@ class CommandRunner {
   virtual std::optional<std::string> output(const std::string& program,
                                             const std::vector<std::string>& arguments) = 0;
 
+  // The same for a program whose words count only when it succeeds: absent too unless its exit
+  // status is 0.
+  virtual std::optional<std::string> successfulOutput(
+      const std::string& program, const std::vector<std::string>& arguments) = 0;
+
   // Starts the program and does not wait. False when it could not be started.
   virtual bool start(const std::string& program, const std::vector<std::string>& arguments) = 0;
 };

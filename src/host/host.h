@@ -11,6 +11,7 @@
 #include "host/command_runner.h"
 #include "host/energy_source.h"
 #include "host/file_source.h"
+#include "host/folder_source.h"
 #include "host/gpu_source.h"
 #include "host/machine_facts.h"
 #include "host/memory_source.h"
@@ -21,6 +22,7 @@
 #include "host/smc_source.h"
 #include "host/temperature_source.h"
 #include "host/thermal_state_source.h"
+#include "host/trash.h"
 #include "host/user_facts.h"
 
 namespace embrix {
@@ -47,6 +49,8 @@ struct Host {
   std::unique_ptr<PowerLogSource> powerLog;
   std::unique_ptr<CommandRunner> commands;
   std::unique_ptr<FileSource> files;
+  std::unique_ptr<FolderSource> folders;
+  std::unique_ptr<Trash> trash;
 };
 
 // A machine that tells nothing: every source answers absent or empty, the clocks stand at 0.

@@ -277,6 +277,10 @@ struct ScriptedCommands final : CommandRunner, Part {
     if (!world.called("commands", "output", line)) return std::nullopt;
     return valueIn(world.commandOutputs, line);
   }
+  std::optional<std::string> successfulOutput(const std::string& program,
+                                              const std::vector<std::string>& arguments) override {
+    return output(program, arguments);
+  }
   bool start(const std::string& program, const std::vector<std::string>& arguments) override {
     const std::string line = commandLine(program, arguments);
     return world.called("commands", "start", line) && world.commandOutputs.count(line) > 0;
@@ -300,6 +304,7 @@ struct ScriptedFiles final : FileSource, Part {
 }  // namespace
 
 Host ScriptedHost::host() {
+  Host absent = absentHost();
   return Host{
       .name = name,
       .machine = machine,
@@ -320,6 +325,8 @@ Host ScriptedHost::host() {
       .powerLog = std::make_unique<ScriptedPowerLog>(*this),
       .commands = std::make_unique<ScriptedCommands>(*this),
       .files = std::make_unique<ScriptedFiles>(*this),
+      .folders = std::move(absent.folders),
+      .trash = std::move(absent.trash),
   };
 }
 

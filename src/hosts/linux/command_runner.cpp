@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace embrix {
 
@@ -30,6 +31,8 @@ class Spawn {
     }
     ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     ::posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    // Libraries open files that they forget to mark as their own.
+    ::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
     // What this process blocks and ignores is its own affair.
     sigset_t signals;
     ::sigemptyset(&signals);
@@ -64,9 +67,14 @@ class Spawn {
   posix_spawnattr_t attributes_;
 };
 
-void waitFor(pid_t pid) {
-  while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
-  }
+// How the program ended, as waitpid() tells it; absent when that cannot be learned.
+std::optional<int> waitFor(pid_t pid) {
+  int status = 0;
+  pid_t ended = 0;
+  do {
+    ended = ::waitpid(pid, &status, 0);
+  } while (ended < 0 && errno == EINTR);
+  return ended == pid ? std::optional(status) : std::nullopt;
 }
 
 std::string readToEnd(int descriptor) {
@@ -80,21 +88,42 @@ std::string readToEnd(int descriptor) {
   }
 }
 
-}  // namespace
+struct Ended {
+  std::string output;
+  std::optional<int> status;
 
-std::optional<std::string> LinuxCommandRunner::output(const std::string& program,
-                                                      const std::vector<std::string>& arguments) {
+  bool succeeded() const { return status && WIFEXITED(*status) && WEXITSTATUS(*status) == 0; }
+};
+
+std::optional<Ended> runToItsEnd(const std::string& program,
+                                 const std::vector<std::string>& arguments) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) return std::nullopt;
   const auto pid = Spawn(ends[1], false).run(program, arguments);
   ::close(ends[1]);
-  std::optional<std::string> text;
+  std::optional<Ended> ended;
   if (pid) {
-    text = readToEnd(ends[0]);
-    waitFor(*pid);
+    ended = Ended{.output = readToEnd(ends[0]), .status = std::nullopt};
+    ended->status = waitFor(*pid);
   }
   ::close(ends[0]);
-  return text;
+  return ended;
+}
+
+}  // namespace
+
+std::optional<std::string> LinuxCommandRunner::output(const std::string& program,
+                                                      const std::vector<std::string>& arguments) {
+  auto ended = runToItsEnd(program, arguments);
+  if (!ended) return std::nullopt;
+  return std::move(ended->output);
+}
+
+std::optional<std::string> LinuxCommandRunner::successfulOutput(
+    const std::string& program, const std::vector<std::string>& arguments) {
+  auto ended = runToItsEnd(program, arguments);
+  if (!ended || !ended->succeeded()) return std::nullopt;
+  return std::move(ended->output);
 }
 
 bool LinuxCommandRunner::start(const std::string& program,

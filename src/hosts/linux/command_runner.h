@@ -11,6 +11,8 @@ class LinuxCommandRunner final : public CommandRunner {
   // Reads until every process that inherited the output has closed it.
   std::optional<std::string> output(const std::string& program,
                                     const std::vector<std::string>& arguments) override;
+  std::optional<std::string> successfulOutput(const std::string& program,
+                                              const std::vector<std::string>& arguments) override;
 
   // The program gets a session of its own, so that closing this program's terminal leaves it be.
   bool start(const std::string& program, const std::vector<std::string>& arguments) override;

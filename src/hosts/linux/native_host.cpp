@@ -1,5 +1,7 @@
 #include "host/native_host.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -11,6 +13,7 @@
 #include "hosts/linux/clock.h"
 #include "hosts/linux/command_runner.h"
 #include "hosts/linux/energy_source.h"
+#include "hosts/linux/folder_source.h"
 #include "hosts/linux/gpu_source.h"
 #include "hosts/linux/logind_inhibitors.h"
 #include "hosts/linux/machine_facts.h"
@@ -22,6 +25,7 @@
 #include "hosts/linux/smc_source.h"
 #include "hosts/linux/temperature_source.h"
 #include "hosts/linux/thermal_state_source.h"
+#include "hosts/linux/trash.h"
 #include "hosts/linux/user_facts.h"
 
 namespace embrix {
@@ -64,8 +68,8 @@ Host nativeHost() {
   host.clock = std::make_unique<LinuxClock>();
   host.processes = std::make_unique<LinuxProcessSource>();
   host.processDetails = std::make_unique<LinuxProcessDetailsSource>();
-  host.applications = std::make_unique<LinuxApplicationSource>(
-      "/", desktopEnvironment(host.user.homeDirectory));
+  host.applications =
+      std::make_unique<LinuxApplicationSource>("/", desktopEnvironment(host.user.homeDirectory));
   host.energy = std::make_unique<LinuxEnergySource>();
   host.battery = std::make_unique<LinuxBatterySource>();
   host.temperatures = std::make_unique<LinuxTemperatureSource>();
@@ -77,6 +81,11 @@ Host nativeHost() {
   host.powerLog = std::make_unique<LinuxPowerLogSource>();
   host.commands = std::make_unique<LinuxCommandRunner>();
   host.files = std::make_unique<LocalFiles>();
+  const BaseFolders folders = baseFolders(host.user.homeDirectory, std::getenv("XDG_CACHE_HOME"),
+                                          std::getenv("XDG_DATA_HOME"));
+  host.folders = std::make_unique<LinuxFolderSource>(folders);
+  host.trash = std::make_unique<DesktopTrash>(
+      DesktopTrashOptions{.dataFolder = folders.data, .uid = ::getuid(), .wallTime = wallTime});
   return host;
 }
 

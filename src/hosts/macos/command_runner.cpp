@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace embrix {
 
@@ -66,9 +67,14 @@ class Spawn {
   posix_spawnattr_t attributes_{};
 };
 
-void waitFor(pid_t pid) {
-  while (::waitpid(pid, nullptr, 0) < 0 && errno == EINTR) {
-  }
+// How the program ended, as waitpid() tells it; absent when that cannot be learned.
+std::optional<int> waitFor(pid_t pid) {
+  int status = 0;
+  pid_t ended = 0;
+  do {
+    ended = ::waitpid(pid, &status, 0);
+  } while (ended < 0 && errno == EINTR);
+  return ended == pid ? std::optional(status) : std::nullopt;
 }
 
 std::string readToEnd(int descriptor) {
@@ -82,10 +88,15 @@ std::string readToEnd(int descriptor) {
   }
 }
 
-}  // namespace
+struct Ended {
+  std::string output;
+  std::optional<int> status;
 
-std::optional<std::string> MacCommandRunner::output(const std::string& program,
-                                                    const std::vector<std::string>& arguments) {
+  bool succeeded() const { return status && WIFEXITED(*status) && WEXITSTATUS(*status) == 0; }
+};
+
+std::optional<Ended> runToItsEnd(const std::string& program,
+                                 const std::vector<std::string>& arguments) {
   std::array<int, 2> ends{};
   if (::pipe(ends.data()) != 0) return std::nullopt;
   // There is no pipe2() here: a program that another library starts in this moment could keep the
@@ -93,13 +104,29 @@ std::optional<std::string> MacCommandRunner::output(const std::string& program,
   for (const int end : ends) ::fcntl(end, F_SETFD, FD_CLOEXEC);
   const auto pid = Spawn(ends[1], false).run(program, arguments);
   ::close(ends[1]);
-  std::optional<std::string> text;
+  std::optional<Ended> ended;
   if (pid) {
-    text = readToEnd(ends[0]);
-    waitFor(*pid);
+    ended = Ended{.output = readToEnd(ends[0]), .status = std::nullopt};
+    ended->status = waitFor(*pid);
   }
   ::close(ends[0]);
-  return text;
+  return ended;
+}
+
+}  // namespace
+
+std::optional<std::string> MacCommandRunner::output(const std::string& program,
+                                                    const std::vector<std::string>& arguments) {
+  auto ended = runToItsEnd(program, arguments);
+  if (!ended) return std::nullopt;
+  return std::move(ended->output);
+}
+
+std::optional<std::string> MacCommandRunner::successfulOutput(
+    const std::string& program, const std::vector<std::string>& arguments) {
+  auto ended = runToItsEnd(program, arguments);
+  if (!ended || !ended->succeeded()) return std::nullopt;
+  return std::move(ended->output);
 }
 
 bool MacCommandRunner::start(const std::string& program,

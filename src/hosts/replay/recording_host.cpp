@@ -215,6 +215,12 @@ struct RecordedCommands final : Recorded<CommandRunner> {
     session->noteLasting(&LastingAnswers::commandOutputs, commandLine(program, arguments), output);
     return output;
   }
+  std::optional<std::string> successfulOutput(const std::string& program,
+                                              const std::vector<std::string>& arguments) override {
+    auto output = live->successfulOutput(program, arguments);
+    session->noteLasting(&LastingAnswers::commandOutputs, commandLine(program, arguments), output);
+    return output;
+  }
   bool start(const std::string& program, const std::vector<std::string>& arguments) override {
     const bool started = live->start(program, arguments);
     session->noteLasting(&LastingAnswers::commandStarts, commandLine(program, arguments),
@@ -271,6 +277,9 @@ Host recordingHost(Host live, std::shared_ptr<RecordingWriter> writer) {
       .powerLog = std::make_unique<RecordedPowerLog>(std::move(live.powerLog), session),
       .commands = std::make_unique<RecordedCommands>(std::move(live.commands), session),
       .files = std::make_unique<RecordedFiles>(std::move(live.files), session),
+      // What a cleanup finds and moves is no part of a recording.
+      .folders = std::move(live.folders),
+      .trash = std::move(live.trash),
   };
 }
 

@@ -166,6 +166,10 @@ struct ReplayedCommands final : Replayed<CommandRunner> {
                                     const std::vector<std::string>& arguments) override {
     return session->lasting(&LastingAnswers::commandOutputs, commandLine(program, arguments));
   }
+  std::optional<std::string> successfulOutput(const std::string& program,
+                                              const std::vector<std::string>& arguments) override {
+    return output(program, arguments);
+  }
   bool start(const std::string& program, const std::vector<std::string>& arguments) override {
     return session->lasting(&LastingAnswers::commandStarts, commandLine(program, arguments))
         .value_or(false);
@@ -180,6 +184,7 @@ struct ReplayedFiles final : Replayed<FileSource> {
 };
 
 Host hostOf(const RecordingHeader& header, const std::shared_ptr<ReplaySession>& session) {
+  Host absent = absentHost();
   return Host{
       .name = header.hostName,
       .machine = header.machine,
@@ -200,6 +205,9 @@ Host hostOf(const RecordingHeader& header, const std::shared_ptr<ReplaySession>&
       .powerLog = std::make_unique<ReplayedPowerLog>(session),
       .commands = std::make_unique<ReplayedCommands>(session),
       .files = std::make_unique<ReplayedFiles>(session),
+      // Of the machine's folders a recording knows nothing.
+      .folders = std::move(absent.folders),
+      .trash = std::move(absent.trash),
   };
 }
 
