@@ -48,21 +48,23 @@ bool stays(const ProcessFacts& process, bool isKnownTool) {
 std::vector<Survivor> survivorsByPID(const std::vector<ProcessFacts>& facts,
                                      std::uint32_t currentUser,
                                      const SystemFolders& systemFolders) {
-  std::vector<Survivor> survivors;
+  std::vector<const ProcessFacts*> old;
   for (const ProcessFacts& process : facts) {
     if (process.uid != currentUser || !(process.uptime >= ForgottenFinder::kLeastUptime)) continue;
-    if (isShell(process.name) || systemFolders.hold(process)) continue;
-    auto description = ForgottenFinder::describe(process);
-    if (!stays(process, description.has_value())) continue;
-    survivors.push_back({&process, std::move(description), Text::lowercased(process.name)});
+    if (!isShell(process.name) && !systemFolders.hold(process)) old.push_back(&process);
   }
-  std::stable_sort(survivors.begin(), survivors.end(), [](const Survivor& a, const Survivor& b) {
-    return a.facts->pid < b.facts->pid;
-  });
-  const auto isSamePID = [](const Survivor& a, const Survivor& b) {
-    return a.facts->pid == b.facts->pid;
-  };
-  survivors.erase(std::unique(survivors.begin(), survivors.end(), isSamePID), survivors.end());
+  std::stable_sort(old.begin(), old.end(),
+                   [](const auto* a, const auto* b) { return a->pid < b->pid; });
+  const auto isSamePID = [](const auto* a, const auto* b) { return a->pid == b->pid; };
+  old.erase(std::unique(old.begin(), old.end(), isSamePID), old.end());
+
+  std::vector<Survivor> survivors;
+  survivors.reserve(old.size());
+  for (const ProcessFacts* process : old) {
+    auto description = ForgottenFinder::describe(*process);
+    if (!stays(*process, description.has_value())) continue;
+    survivors.push_back({process, std::move(description), Text::lowercased(process->name)});
+  }
   return survivors;
 }
 
@@ -120,70 +122,70 @@ std::vector<std::vector<std::size_t>> groupsByRoot(const std::vector<Survivor>& 
   return groups;
 }
 
+// The root followed by the others of its group.
+using Chain = std::vector<const Survivor*>;
+
+Chain chainOf(std::size_t root, const std::vector<std::size_t>& group,
+              const std::vector<Survivor>& survivors) {
+  Chain chain = {&survivors[root]};
+  for (const std::size_t member : group) {
+    if (member != root) chain.push_back(&survivors[member]);
+  }
+  return chain;
+}
+
+// A row without members and ports, as the first named process of the chain tells it.
+ForgottenItem emptyRowOf(const Chain& chain, std::string_view home) {
+  const ProcessFacts& root = *chain.front()->facts;
+  const auto named = std::find_if(chain.begin(), chain.end(), [](const Survivor* survivor) {
+    return survivor->description.has_value();
+  });
+  ForgottenItem row;
+  row.title = root.name;
+  row.symbol = "terminal";
+  const std::optional<std::string>* directory = &root.directory;
+  if (named != chain.end()) {
+    row.title = (*named)->description->title;
+    row.symbol = (*named)->description->symbol;
+    if ((*named)->facts->directory) directory = &(*named)->facts->directory;
+  }
+  row.project = ForgottenFinder::project(*directory, home);
+  return row;
+}
+
+void addTo(ForgottenItem& row, const Chain& chain) {
+  row.uptime = std::max(row.uptime, chain.front()->facts->uptime);
+  for (const Survivor* survivor : chain) {
+    const ProcessFacts& process = *survivor->facts;
+    row.ports.insert(row.ports.end(), process.ports.begin(), process.ports.end());
+    row.members.push_back(process);
+  }
+}
+
 void sortUnique(std::vector<int>& ports) {
   std::sort(ports.begin(), ports.end());
   ports.erase(std::unique(ports.begin(), ports.end()), ports.end());
 }
 
-// `chain` is the root followed by the others.
-ForgottenItem itemOf(const std::vector<const Survivor*>& chain, std::string_view home) {
-  const ProcessFacts& root = *chain.front()->facts;
-  const auto described = std::find_if(chain.begin(), chain.end(), [](const Survivor* survivor) {
-    return survivor->description.has_value();
-  });
-  ForgottenItem item;
-  item.title = root.name;
-  item.symbol = "terminal";
-  std::optional<std::string> directory = root.directory;
-  if (described != chain.end()) {
-    item.title = (*described)->description->title;
-    item.symbol = (*described)->description->symbol;
-    if ((*described)->facts->directory) directory = (*described)->facts->directory;
-  }
-  item.project = ForgottenFinder::project(directory, home);
-  for (const Survivor* survivor : chain) {
-    const ProcessFacts& process = *survivor->facts;
-    item.ports.insert(item.ports.end(), process.ports.begin(), process.ports.end());
-    item.members.push_back(process);
-  }
-  sortUnique(item.ports);
-  item.uptime = root.uptime;
-  item.root = root;
-  return item;
-}
-
-// By ascending pid of the root, without the agents themselves: a session that somebody talks to is
-// not forgotten, and what folded into it goes with it.
-std::vector<ForgottenItem> itemsOf(const std::vector<Survivor>& survivors, std::string_view home) {
+// By ascending pid of the root. The agents themselves are left out: a session that somebody talks
+// to is not forgotten, and what folded into it goes with it. Groups that read the same become one
+// row with the first one's root: three `npm run dev` in one project are one thing to its owner.
+std::vector<ForgottenItem> rowsOf(const std::vector<Survivor>& survivors, std::string_view home) {
   const auto groups = groupsByRoot(survivors);
-  std::vector<ForgottenItem> items;
-  for (std::size_t root = 0; root < survivors.size(); ++root) {
-    if (groups[root].empty() || isAgent(survivors[root].lowerName)) continue;
-    std::vector<const Survivor*> chain = {&survivors[root]};
-    for (const std::size_t member : groups[root]) {
-      if (member != root) chain.push_back(&survivors[member]);
-    }
-    items.push_back(itemOf(chain, home));
-  }
-  return items;
-}
-
-// Folds rows that read the same into the first of them: three `npm run dev` in one project are one
-// row.
-std::vector<ForgottenItem> merged(std::vector<ForgottenItem> items) {
   std::vector<ForgottenItem> rows;
   HashMap<std::string, std::size_t> rowByKey;
-  for (ForgottenItem& item : items) {
+  for (std::size_t root = 0; root < survivors.size(); ++root) {
+    if (groups[root].empty() || isAgent(survivors[root].lowerName)) continue;
+    const Chain chain = chainOf(root, groups[root], survivors);
+    ForgottenItem row = emptyRowOf(chain, home);
     const auto [entry, isNew] =
-        rowByKey.try_emplace(item.title + "|" + item.project.value_or(""), rows.size());
+        rowByKey.try_emplace(row.title + "|" + row.project.value_or(""), rows.size());
     if (isNew) {
-      rows.push_back(std::move(item));
-      continue;
+      row.root = *chain.front()->facts;
+      row.members.reserve(chain.size());
+      rows.push_back(std::move(row));
     }
-    ForgottenItem& row = rows[entry->second];
-    row.ports.insert(row.ports.end(), item.ports.begin(), item.ports.end());
-    std::move(item.members.begin(), item.members.end(), std::back_inserter(row.members));
-    row.uptime = std::max(row.uptime, item.uptime);
+    addTo(rows[entry->second], chain);
   }
   for (ForgottenItem& row : rows) sortUnique(row.ports);
   return rows;
@@ -194,7 +196,7 @@ std::vector<ForgottenItem> merged(std::vector<ForgottenItem> items) {
 std::vector<ForgottenItem> ForgottenFinder::find(const std::vector<ProcessFacts>& facts,
                                                  std::uint32_t currentUser, std::string_view home,
                                                  const SystemFolders& systemFolders) {
-  auto rows = merged(itemsOf(survivorsByPID(facts, currentUser, systemFolders), home));
+  auto rows = rowsOf(survivorsByPID(facts, currentUser, systemFolders), home);
   std::stable_sort(rows.begin(), rows.end(),
                    [](const auto& a, const auto& b) { return a.uptime > b.uptime; });
   return rows;

@@ -33,6 +33,12 @@ std::string joined(Arguments arguments) {
   return text;
 }
 
+// Whether the joined arguments contain a part without blanks.
+bool contain(Arguments arguments, std::string_view part) {
+  return std::any_of(arguments.begin(), arguments.end(),
+                     [&](const std::string& argument) { return contains(argument, part); });
+}
+
 // The argument behind the first `option`; absent when there is none.
 std::optional<std::string_view> valueOf(std::string_view option, Arguments arguments) {
   const auto found = std::find(arguments.begin(), arguments.end(), option);
@@ -52,9 +58,8 @@ Description emulator(Arguments rest) {
 }
 
 std::optional<Description> javaTool(Arguments rest) {
-  const std::string command = joined(rest);
-  if (contains(command, "GradleDaemon")) return Description{"Gradle daemon", "hammer"};
-  if (contains(command, "KotlinCompileDaemon") || contains(command, "kotlin-daemon")) {
+  if (contain(rest, "GradleDaemon")) return Description{"Gradle daemon", "hammer"};
+  if (contain(rest, "KotlinCompileDaemon") || contain(rest, "kotlin-daemon")) {
     return Description{"Kotlin daemon", "hammer"};
   }
   return std::nullopt;
@@ -133,10 +138,10 @@ std::optional<Description> ForgottenFinder::describe(const ProcessFacts& process
   }
   if (name.starts_with("python")) return pythonTool(rest);
 
-  const std::string command = joined(rest);
-  if (name == "ruby" || name == "rails" || name == "puma" || contains(command, "rails server")) {
-    return Description{contains(command, "rails") ? "Rails server" : "Ruby server",
-                       std::string(kServerSymbol)};
+  const bool saysRails = contain(rest, "rails");
+  if (name == "ruby" || name == "rails" || name == "puma" ||
+      (saysRails && contains(joined(rest), "rails server"))) {
+    return Description{saysRails ? "Rails server" : "Ruby server", std::string(kServerSymbol)};
   }
   return toolByName(name);
 }
