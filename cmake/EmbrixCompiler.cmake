@@ -16,7 +16,7 @@ if(EMBRIX_SANITIZE)
   string(REPLACE "fuzzer-no-link," "" link_sanitizers "${EMBRIX_SANITIZE}")
   add_link_options(-fsanitize=${link_sanitizers})
   # GCC's overflow and null analyses see ghosts in sanitizer-instrumented code.
-  add_compile_options(-Wno-maybe-uninitialized)
+  add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
 endif()
 
 find_program(CCACHE ccache)
