@@ -33,7 +33,8 @@ std::vector<Core> coresOf(const std::string& root) {
     auto threads = readSystemLine(cpu + "/topology/core_cpus_list");
     if (!threads) threads = readSystemLine(cpu + "/topology/thread_siblings_list");  // before 5.3
     if (!threads || !seen.insert(*threads).second) continue;
-    cores.push_back({*threads, readInteger(cpu + "/cpu_capacity").value_or(0),
+    cores.push_back({*threads,
+                     std::max<std::int64_t>(readInteger(cpu + "/cpu_capacity").value_or(0), 0),
                      std::find(atoms.begin(), atoms.end(), *number) != atoms.end()});
   }
   return cores;

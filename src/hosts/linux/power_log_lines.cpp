@@ -77,7 +77,7 @@ class Writer {
     const auto seconds = static_cast<time_t>(entry.microseconds / 1'000'000);
     tm date{};
     // Beyond a year of four digits the line's form has no room.
-    if (::gmtime_r(&seconds, &date) == nullptr || date.tm_year < 0 || date.tm_year > 8000) return;
+    if (::gmtime_r(&seconds, &date) == nullptr || date.tm_year < 0 || date.tm_year > 8099) return;
     fmt::format_to(std::back_inserter(text_),
                    "{:04}-{:02}-{:02} {:02}:{:02}:{:02} +0000 {:<20}\t{}\n", date.tm_year + 1900,
                    date.tm_mon + 1, date.tm_mday, date.tm_hour, date.tm_min, date.tm_sec, kind,

@@ -1,0 +1,113 @@
+#include "hosts/linux/command_runner.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include "captured_tree.h"
+
+namespace embrix {
+namespace {
+
+class LinuxCommandRunnerTest : public testing::Test {
+ protected:
+  std::optional<std::string> shell(const std::string& script) {
+    return runner.output("/bin/sh", {"-c", script});
+  }
+
+  LinuxCommandRunner runner;
+};
+
+TEST_F(LinuxCommandRunnerTest, OutputIsWhatWasWrittenToStandardOutput) {
+  EXPECT_EQ(runner.output("/bin/echo", {"one", "two words", ""}), "one two words \n");
+  EXPECT_EQ(shell("echo out; echo err >&2; exit 3"), "out\n");
+  EXPECT_EQ(shell(":"), "");
+  EXPECT_EQ(shell("printf 'a\\0\\377b'"), std::string("a\0\xff"
+                                                      "b",
+                                                      4));
+}
+
+TEST_F(LinuxCommandRunnerTest, LongOutputIsReadToItsEnd) {
+  const auto text = shell("head -c 3000000 /dev/zero");
+  ASSERT_TRUE(text);
+  EXPECT_EQ(text->size(), 3'000'000u);
+}
+
+TEST_F(LinuxCommandRunnerTest, WhatCannotBeStartedIsAbsent) {
+  CapturedTree tree;
+  tree.write("text", "no program");
+  for (const std::string& program : {std::string("/nowhere/program"), std::string(""),
+                                     std::string("echo"), tree.root(), tree.root() + "/text"}) {
+    EXPECT_EQ(runner.output(program, {}), std::nullopt) << program;
+    EXPECT_FALSE(runner.start(program, {})) << program;
+  }
+}
+
+TEST_F(LinuxCommandRunnerTest, AProgramThatDiesStillHasItsOutput) {
+  EXPECT_EQ(shell("echo last words; kill -9 $$"), "last words\n");
+}
+
+TEST_F(LinuxCommandRunnerTest, StandardInputIsEmpty) {
+  EXPECT_EQ(runner.output("/bin/cat", {}), "");
+}
+
+TEST_F(LinuxCommandRunnerTest, NoOpenFileIsHandedOn) {
+  const int descriptor = ::open("/dev/null", O_RDONLY);
+  ASSERT_GE(descriptor, 0);
+  // The listing itself holds one more, on the folder it lists.
+  EXPECT_EQ(shell("ls /proc/self/fd | wc -l"), "4\n");
+  ::close(descriptor);
+}
+
+TEST_F(LinuxCommandRunnerTest, SignalsAreAsAProgramExpectsThem) {
+  sigset_t blocked;
+  sigset_t before;
+  sigemptyset(&blocked);
+  sigaddset(&blocked, SIGTERM);
+  pthread_sigmask(SIG_BLOCK, &blocked, &before);
+  const auto status = shell("grep SigBlk /proc/self/status");
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  EXPECT_EQ(status, "SigBlk:\t0000000000000000\n");
+}
+
+TEST_F(LinuxCommandRunnerTest, NoZombieIsLeftBehind) {
+  ASSERT_TRUE(shell(":"));
+  EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
+  EXPECT_EQ(errno, ECHILD);
+}
+
+TEST_F(LinuxCommandRunnerTest, CallsMayOverlap) {
+  std::string first;
+  std::thread other([&] { first = LinuxCommandRunner().output("/bin/echo", {"1"}).value_or(""); });
+  const auto second = runner.output("/bin/echo", {"2"});
+  other.join();
+  EXPECT_EQ(first, "1\n");
+  EXPECT_EQ(second, "2\n");
+}
+
+TEST_F(LinuxCommandRunnerTest, AStartedProgramRunsInItsOwnSessionAndIsWaitedFor) {
+  CapturedTree tree;
+  const std::string pipe = tree.root() + "/pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  ASSERT_TRUE(runner.start("/bin/sh", {"-c", "echo $$ $(cut -d' ' -f6 /proc/$$/stat) > " + pipe}));
+  std::ifstream reader(pipe);  // waits for the writer
+  pid_t pid = 0;
+  pid_t session = 0;
+  reader >> pid >> session;
+  EXPECT_GT(pid, 0);
+  EXPECT_EQ(session, pid);
+  EXPECT_NE(session, ::getsid(0));
+  // It ends at once and somebody takes note of it: its pid goes away instead of staying a zombie.
+  while (::kill(pid, 0) == 0) std::this_thread::yield();
+  EXPECT_EQ(errno, ESRCH);
+}
+
+}  // namespace
+}  // namespace embrix
