@@ -49,7 +49,7 @@ std::optional<RecordingProblem> removeAndUpdate(const ProcessTableChange& change
     if (rows.find(pid) == nullptr) return problemWith("gone", pid, "which is not in the table");
     rows.isGone[rows.places.at(pid)] = true;
   }
-  for (const ProcessCounters& counters : change.changed) {
+  for (const ChangedCounters& counters : change.changed) {
     RawProcess* process = rows.find(counters.pid);
     if (process == nullptr) {
       return problemWith("changed", counters.pid, "which is not in the table");
@@ -72,7 +72,6 @@ std::optional<RecordingProblem> insert(const ProcessTableChange& change, Rows& r
   while (after.size() < size) {
     if (added != change.added.end() && added->place == after.size()) {
       const std::int32_t pid = added->process.pid;
-      if (pid < 0) return problemWith("added", pid, "which is below 0");
       if (rows.find(pid) != nullptr || !seen.insert(pid).second) {
         return problemWith("added", pid, "which is in the table already");
       }
@@ -123,9 +122,6 @@ ProcessTableChange processTableChange(const std::vector<RawProcess>& before,
 std::optional<RecordingProblem> applyProcessTableChange(const ProcessTableChange& change,
                                                         std::vector<RawProcess>& table) {
   if (change.all) {
-    const auto below = std::find_if(change.all->begin(), change.all->end(),
-                                    [](const RawProcess& process) { return process.pid < 0; });
-    if (below != change.all->end()) return problemWith("all", below->pid, "which is below 0");
     table = *change.all;
     return std::nullopt;
   }

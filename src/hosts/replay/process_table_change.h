@@ -14,7 +14,7 @@ ProcessTableChange processTableChange(const std::vector<RawProcess>& before,
                                       const std::vector<RawProcess>& after);
 
 // Turns the table before the change into the one after it. A problem, and then a table that is not
-// to be used, when the change does not follow from that table or has a pid below 0.
+// to be used, when the change does not follow from that table.
 std::optional<RecordingProblem> applyProcessTableChange(const ProcessTableChange& change,
                                                         std::vector<RawProcess>& table);
 

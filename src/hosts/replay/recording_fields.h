@@ -1,8 +1,10 @@
 // The keys of each record in a recording, told once for writing and for reading: `visit` is called
-// with a key and its field, in the order of the line.
+// with a key and its field, and with the range of a number where it is not the whole range of its
+// type, in the order of the line.
 #pragma once
 
 #include <concepts>
+#include <cstdint>
 #include <type_traits>
 
 #include "hosts/replay/recording_records.h"
@@ -45,7 +47,7 @@ void fields(Is<RecordingHeader> auto& header, auto& visit) {
 }
 
 void fields(Is<RawProcess> auto& process, auto& visit) {
-  visit("pid", process.pid);
+  visit("pid", process.pid, 0, INT32_MAX);
   visit("ppid", process.ppid);
   visit("uid", process.uid);
   visit("startTime", process.startTime);
@@ -58,8 +60,8 @@ void fields(Is<PlacedProcess> auto& placed, auto& visit) {
   fields(placed.process, visit);
 }
 
-void fields(Is<ProcessCounters> auto& counters, auto& visit) {
-  visit("pid", counters.pid);
+void fields(Is<ChangedCounters> auto& counters, auto& visit) {
+  visit("pid", counters.pid, 0, INT32_MAX);
   visit("usage", counters.usage);
 }
 
@@ -71,7 +73,7 @@ void fields(Is<ProcessTableChange> auto& change, auto& visit) {
 }
 
 void fields(Is<ListeningPort> auto& port, auto& visit) {
-  visit("port", port.port);
+  visit("port", port.port, 1, 65535);
   visit("exposed", port.exposed);
 }
 

@@ -53,6 +53,9 @@ struct Encoder {
     }
     object[key] = Codec<T>::encode(field);
   }
+  void operator()(const char* key, std::int32_t field, std::int32_t, std::int32_t) {
+    object[key] = field;
+  }
 };
 
 struct Decoder {
@@ -67,6 +70,13 @@ struct Decoder {
       } else if (!kCanBeMissing<T>) {
         refuse("is missing");
       }
+    });
+  }
+  void operator()(const char* key, std::int32_t& field, std::int32_t least, std::int32_t most) {
+    const Json* json = jsonAt(object, key);
+    inside(key, [&] {
+      if (json == nullptr) refuse("is missing");
+      decodeInteger(*json, field, least, most);
     });
   }
 };

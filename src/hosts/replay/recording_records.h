@@ -36,11 +36,11 @@ struct PlacedProcess {
   bool operator==(const PlacedProcess&) const = default;
 };
 
-struct ProcessCounters {
+struct ChangedCounters {
   std::int32_t pid = 0;
   std::optional<RawUsage> usage;
 
-  bool operator==(const ProcessCounters&) const = default;
+  bool operator==(const ChangedCounters&) const = default;
 };
 
 // How a process table follows from the one read before it. The first of a recording follows from
@@ -49,7 +49,7 @@ struct ProcessTableChange {
   // The whole table, when telling the difference would not do; the other three are then empty.
   std::optional<std::vector<RawProcess>> all;
   std::vector<std::int32_t> gone;
-  std::vector<ProcessCounters> changed;
+  std::vector<ChangedCounters> changed;
   std::vector<PlacedProcess> added;  // ascending by place
 
   bool operator==(const ProcessTableChange&) const = default;

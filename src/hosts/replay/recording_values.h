@@ -1,7 +1,9 @@
 // The single values inside a recording's lines: numbers, texts of any bytes, property lists.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -64,11 +66,12 @@ OrderedJson encodeValue(const PropertyMap& map);
 void decodeValue(const Json& json, PropertyMap& map);
 
 template <std::integral Number>
-void decodeInteger(const Json& json, Number& number) {
+void decodeInteger(const Json& json, Number& number,
+                   Number least = std::numeric_limits<Number>::min(),
+                   Number most = std::numeric_limits<Number>::max()) {
   const auto read = jsonInteger<Number>(json);
-  if (!read) {
-    refuse(fmt::format("is no whole number from {} to {}", std::numeric_limits<Number>::min(),
-                       std::numeric_limits<Number>::max()));
+  if (!read || *read < least || *read > most) {
+    refuse(fmt::format("is no whole number from {} to {}", least, most));
   }
   number = *read;
 }
