@@ -14,7 +14,7 @@ namespace embrix {
 
 namespace {
 
-constexpr std::size_t kMostBytes = 4 * 1024 * 1024;
+constexpr std::size_t kMostBytes = std::size_t{4} * 1024 * 1024;
 
 // The JSON library writes and copies nested values by recursion.
 constexpr int kDeepestNesting = 100;
