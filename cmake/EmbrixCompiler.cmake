@@ -10,9 +10,8 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual
                     -Wno-missing-field-initializers)
 
 if(EMBRIX_SANITIZE)
-  # -O1 keeps a sanitized run within a few times the speed of the release build.
   add_compile_options(-fsanitize=${EMBRIX_SANITIZE} -fno-sanitize-recover=all
-                      -fno-omit-frame-pointer -O1)
+                      -fno-omit-frame-pointer -g1)
   string(REPLACE "fuzzer-no-link," "" link_sanitizers "${EMBRIX_SANITIZE}")
   add_link_options(-fsanitize=${link_sanitizers})
   # GCC's overflow and null analyses see ghosts in sanitizer-instrumented code.
