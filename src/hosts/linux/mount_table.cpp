@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/path_text.h"
 #include "base/text.h"
 
 namespace embrix {
@@ -45,22 +46,17 @@ MountTable::MountTable(std::string_view mountinfo) {
 
 bool MountTable::holdsVolume(std::string_view path) const {
   return std::any_of(folders_.begin(), folders_.end(),
-                     [&](const std::string& folder) { return isAtOrBelow(folder, path); });
+                     [&](const std::string& folder) { return PathText::isAtOrBelow(folder, path); });
 }
 
 std::optional<std::string> MountTable::volumeFolder(std::string_view path) const {
   const std::string* deepest = nullptr;
   for (const std::string& folder : folders_) {
-    if (!isAtOrBelow(path, folder)) continue;
+    if (!PathText::isAtOrBelow(path, folder)) continue;
     if (deepest == nullptr || folder.size() > deepest->size()) deepest = &folder;
   }
   if (deepest == nullptr) return std::nullopt;
   return *deepest;
-}
-
-bool isAtOrBelow(std::string_view path, std::string_view folder) {
-  if (folder == "/") return path.starts_with('/');
-  return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
 }
 
 }  // namespace embrix

@@ -24,7 +24,4 @@ class MountTable {
   std::vector<std::string> folders_;
 };
 
-// Whether `path` is `folder` or below it, a component being whole or not there.
-bool isAtOrBelow(std::string_view path, std::string_view folder);
-
 }  // namespace embrix

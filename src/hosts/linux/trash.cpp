@@ -10,6 +10,7 @@
 
 #include <fmt/format.h>
 
+#include "base/path_text.h"
 #include "hosts/linux/mount_table.h"
 #include "hosts/linux/system_file.h"
 #include "hosts/linux/trash_info.h"
@@ -76,11 +77,6 @@ Moved move(const Name& from, const Name& to, const FileIdentity& identity) {
 std::uint64_t deviceOf(const Descriptor& folder) {
   struct stat status {};
   return ::fstat(folder.number(), &status) == 0 ? status.st_dev : 0;
-}
-
-std::string parentOf(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
 }
 
 }  // namespace
@@ -170,7 +166,7 @@ bool DesktopTrash::putBack(const std::string& trashed, const std::string& origin
     return false;
   }
   const LinklessPlace info = linklessPlace(
-      fmt::format("{}/info/{}{}", parentOf(parentOf(trashed)), from.name, kInfoEnding));
+      fmt::format("{}/info/{}{}", PathText::parent(PathText::parent(trashed)), from.name, kInfoEnding));
   if (info.folder.isOpen()) ::unlinkat(info.folder.number(), info.name.c_str(), 0);
   return true;
 }
