@@ -2,7 +2,9 @@
 
 #include <optional>
 
+#include "cleanup/cleanup.h"
 #include "entry/options.h"
+#include "entry/report_cleanup.h"
 #include "entry/report_json.h"
 #include "entry/report_text.h"
 #include "records/overnight_log.h"
@@ -22,11 +24,17 @@ std::optional<Frame> secondFrame(Host& host, bool throttle) {
   return sampler.next();
 }
 
+std::string cleanupReport(Host& host) {
+  ScanWatch watch;
+  const double now = host.clock->wallTime();
+  return reportCleanup(
+      Cleanup::discover(CleanupPorts::of(host), host.user.homeDirectory, now, watch), now);
+}
+
 }  // namespace
 
 std::string dump(Host& host, const std::vector<std::string>& arguments) {
-  // No cache is catalogued yet, so a cleanup finds nothing.
-  if (hasOption(arguments, option::kCleanup)) return {};
+  if (hasOption(arguments, option::kCleanup)) return cleanupReport(host);
 
   const auto frame = secondFrame(host, hasOption(arguments, option::kThrottle));
   if (!frame) return {};
