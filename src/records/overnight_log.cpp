@@ -88,9 +88,10 @@ std::optional<double> dateAtStart(std::string_view text) {
   const int zoneMinutes = twoDigitsAt(text, 23);
   if (year < 1 || month < 1 || month > 12 || day < 1 || day > daysInMonth(year, month)) return {};
   if (hour > 23 || minute > 59 || second > 59 || zoneHours > 23 || zoneMinutes > 59) return {};
+  const int secondOfDay = (hour * 60 + minute) * 60 + second;
   const int zone = (zoneHours * 60 + zoneMinutes) * 60;
-  return static_cast<double>(daysSince1970(year, month, day) * 86400 + hour * 3600 + minute * 60 +
-                             second - (text[20] == '-' ? -zone : zone));
+  return static_cast<double>(daysSince1970(year, month, day) * 86400 + secondOfDay -
+                             (text[20] == '-' ? -zone : zone));
 }
 
 // What stands behind the date and the one character after it; empty when there is no more. That
