@@ -158,13 +158,16 @@ TEST_F(UserProcessScanTest, DetailsOfTheDeadAreForgotten) {
 TEST_F(UserProcessScanTest, SimulatorsComeAheadOfEverythingElse) {
   addServer(10, kNode, 90'000);
   addSimulator(20, "/Library/Developer/RuntimeRoot/sbin/launchd_sim", 7200);
+  addSimulator(30, "/Library/Developer/RuntimeRoot/sbin/launchd_sim", 8000);
   const auto result = scan();
-  ASSERT_THAT(result.forgotten, SizeIs(2));
-  EXPECT_EQ(result.forgotten[0].title, "iOS Simulator · iPhone 15 Pro");
-  EXPECT_EQ(result.forgotten[0].project, "iOS 17.4");
-  EXPECT_EQ(result.forgotten[0].simulatorUDID, kUDID);
-  EXPECT_EQ(result.forgotten[1].title, "server.js");
-  EXPECT_THAT(asked_, ElementsAre(kUDID));
+  ASSERT_THAT(result.forgotten, SizeIs(3));
+  EXPECT_EQ(result.forgotten[0].root.pid, 30);
+  EXPECT_EQ(result.forgotten[1].root.pid, 20);
+  EXPECT_EQ(result.forgotten[1].title, "iOS Simulator · iPhone 15 Pro");
+  EXPECT_EQ(result.forgotten[1].project, "iOS 17.4");
+  EXPECT_EQ(result.forgotten[1].simulatorUDID, kUDID);
+  EXPECT_EQ(result.forgotten[2].title, "server.js");
+  EXPECT_THAT(asked_, ElementsAre(kUDID, kUDID));
 }
 
 TEST_F(UserProcessScanTest, ASimulatorIsFoundWhereNothingElseIsAskedAbout) {
