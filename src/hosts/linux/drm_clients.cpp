@@ -1,10 +1,12 @@
 #include "hosts/linux/drm_clients.h"
 
+#include <dirent.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <tuple>
@@ -23,25 +25,34 @@ constexpr std::size_t kBufferSize = 16 * 1024;
 constexpr std::size_t kMostHandles = 160;
 constexpr std::string_view kDevices = "/dev/dri/";
 
-std::optional<std::int32_t> positiveNumber(std::string_view name) {
-  std::int32_t number = 0;
-  const auto result = std::from_chars(name.data(), name.data() + name.size(), number);
-  const bool isWhole = result.ec == std::errc() && result.ptr == name.data() + name.size();
-  return isWhole && number >= 0 ? std::optional(number) : std::nullopt;
+struct CloseDirectory {
+  void operator()(DIR* stream) const { ::closedir(stream); }
+};
+using Directory = std::unique_ptr<DIR, CloseDirectory>;
+
+Directory openDirectory(const std::string& path) {
+  return Directory(::opendir(path.c_str()));
 }
 
 // The directory's entries that are numbers, ascending.
-std::vector<std::int32_t> numbersIn(const std::string& directory) {
+std::vector<std::int32_t> numbersIn(DIR* directory) {
   std::vector<std::int32_t> numbers;
-  for (const std::string& name : namesIn(directory)) {
-    if (const auto number = positiveNumber(name)) numbers.push_back(*number);
+  while (const dirent* entry = directory == nullptr ? nullptr : ::readdir(directory)) {
+    const std::string_view name = entry->d_name;
+    std::int32_t number = 0;
+    const auto result = std::from_chars(name.data(), name.data() + name.size(), number);
+    const bool isWhole = result.ec == std::errc() && result.ptr == name.data() + name.size();
+    if (isWhole && number >= 0) numbers.push_back(number);
   }
+  std::sort(numbers.begin(), numbers.end());
   return numbers;
 }
 
-bool isGraphicsHandle(const std::string& link) {
+bool isGraphicsHandle(DIR* handles, std::int32_t number) {
+  std::array<char, 12> name{};
+  std::to_chars(name.data(), name.data() + name.size() - 1, number);
   std::array<char, kDevices.size()> start;
-  const ssize_t size = ::readlink(link.c_str(), start.data(), start.size());
+  const ssize_t size = ::readlinkat(::dirfd(handles), name.data(), start.data(), start.size());
   return size == static_cast<ssize_t>(start.size()) &&
          std::string_view(start.data(), start.size()) == kDevices;
 }
@@ -54,9 +65,10 @@ DrmClients::DrmClients(const std::string& root)
 void DrmClients::lookAt(std::int32_t pid) {
   const std::string process = proc_ + "/" + std::to_string(pid);
   std::string name;
-  for (const std::int32_t number : numbersIn(process + "/fd")) {
+  const Directory descriptors = openDirectory(process + "/fd");
+  for (const std::int32_t number : numbersIn(descriptors.get())) {
     if (handles_.size() >= kMostHandles) return;
-    if (!isGraphicsHandle(process + "/fd/" + std::to_string(number))) continue;
+    if (!isGraphicsHandle(descriptors.get(), number)) continue;
     Handle handle{.pid = pid,
                   .client = {},
                   .creator = {},
@@ -81,16 +93,13 @@ std::optional<DrmClientUsage> DrmClients::read(Handle& handle) {
 }
 
 void DrmClients::lookAtSome() {
-  const std::vector<std::int32_t> pids = numbersIn(proc_);
-  if (pids.empty()) return;
-  std::size_t count = hasLookedAtAll_ ? (pids.size() + kSlices - 1) / kSlices : pids.size();
-  hasLookedAtAll_ = true;
-  auto next = std::upper_bound(pids.begin(), pids.end(), lookedUpTo_);
-  for (; count > 0; --count) {
-    if (next == pids.end()) next = pids.begin();
-    lookedUpTo_ = *next;
-    lookAt(*next++);
+  if (nextPID_ == pids_.size()) {
+    pids_ = numbersIn(proc_);
+    nextPID_ = 0;
   }
+  std::size_t count = hasLookedAtAll_ ? (pids_.size() + kSlices - 1) / kSlices : pids_.size();
+  hasLookedAtAll_ = true;
+  for (; count > 0 && nextPID_ < pids_.size(); --count) lookAt(pids_[nextPID_++]);
 }
 
 std::vector<GpuClient> DrmClients::read() {

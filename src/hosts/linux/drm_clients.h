@@ -3,8 +3,8 @@
 // Finding them means looking at every open file of every process, far too much for a tick. So the
 // first call looks at all processes, each later one at a sixteenth of them in turn, and the handles
 // found are remembered and read directly: at a call every two seconds a new user of the processor
-// is found within about half a minute. Processes of other users cannot be looked into. Sampling
-// thread only.
+// is found within a minute, for the processes are listed once a round. Processes of other users
+// cannot be looked into. Sampling thread only.
 #pragma once
 
 #include <cstddef>
@@ -45,8 +45,9 @@ class DrmClients {
   std::optional<DrmClientUsage> read(Handle& handle);
 
   std::string proc_;
-  std::vector<Handle> handles_;  // by pid, then client; one for each client of a process
-  std::int32_t lookedUpTo_ = 0;  // pids above this are next
+  std::vector<Handle> handles_;     // by pid, then client; one for each client of a process
+  std::vector<std::int32_t> pids_;  // all processes at the start of this round
+  std::size_t nextPID_ = 0;         // place in pids_
   bool hasLookedAtAll_ = false;
   std::vector<char> buffer_;
 };
