@@ -66,6 +66,7 @@ CleanupScan::Items CleanupScan::itemsOf(const CatalogPlace& place) {
 }
 
 std::optional<CleanupItem> CleanupScan::itemAt(const Folder& folder) {
+  if (watch_.abandoned()) return std::nullopt;
   const auto facts = ports_.folders.facts(folder.real);
   if (!facts || facts->kind != FileKind::folder) return std::nullopt;
   CleanupItem item;
