@@ -94,7 +94,7 @@ std::optional<DrmClientUsage> DrmClients::read(Handle& handle) {
 
 void DrmClients::lookAtSome() {
   if (nextPID_ == pids_.size()) {
-    pids_ = numbersIn(proc_);
+    pids_ = numbersIn(openDirectory(proc_).get());
     nextPID_ = 0;
   }
   std::size_t count = hasLookedAtAll_ ? (pids_.size() + kSlices - 1) / kSlices : pids_.size();

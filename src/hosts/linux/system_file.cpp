@@ -16,6 +16,7 @@ namespace embrix {
 
 namespace {
 
+constexpr int kReadsBetweenTries = 16;
 constexpr std::string_view kBlanks = " \t\r\n";
 
 std::string_view trimmed(std::string_view text) {
@@ -95,19 +96,21 @@ std::vector<std::string> namesIn(const std::string& directory) {
 }
 
 HeldFile::HeldFile(HeldFile&& other) noexcept
-    : path_(std::move(other.path_)), descriptor_(std::exchange(other.descriptor_, -1)) {}
+    : path_(std::move(other.path_)),
+      descriptor_(std::exchange(other.descriptor_, -1)),
+      readsToSkip_(other.readsToSkip_) {}
 
 HeldFile& HeldFile::operator=(HeldFile&& other) noexcept {
   if (this == &other) return *this;
   close();
   path_ = std::move(other.path_);
   descriptor_ = std::exchange(other.descriptor_, -1);
+  readsToSkip_ = other.readsToSkip_;
   return *this;
 }
 
 std::optional<std::string_view> HeldFile::read(std::span<char> buffer) {
-  if (descriptor_ < 0) descriptor_ = openToRead(path_);
-  if (descriptor_ < 0) return std::nullopt;
+  if (descriptor_ < 0 && !open()) return std::nullopt;
   ssize_t size = 0;
   do {
     size = ::pread(descriptor_, buffer.data(), buffer.size(), 0);
@@ -115,6 +118,16 @@ std::optional<std::string_view> HeldFile::read(std::span<char> buffer) {
   if (size >= 0) return std::string_view(buffer.data(), static_cast<std::size_t>(size));
   close();
   return std::nullopt;
+}
+
+bool HeldFile::open() {
+  if (readsToSkip_ > 0) {
+    --readsToSkip_;
+    return false;
+  }
+  descriptor_ = openToRead(path_);
+  if (descriptor_ < 0) readsToSkip_ = kReadsBetweenTries - 1;
+  return descriptor_ >= 0;
 }
 
 std::optional<std::int64_t> HeldFile::integer() {

@@ -44,7 +44,9 @@ void forEachPiece(std::string_view text, char separator, F&& f) {
 }
 
 // A file that is read at every tick: opened at the first read, kept open, read from its start each
-// time. A read that fails closes it, and the next one opens it anew.
+// time. A read that fails closes it, and the next one opens it anew. One that cannot be opened is
+// tried again at every sixteenth read: most drivers leave out some of the files that they could
+// have.
 class HeldFile {
  public:
   explicit HeldFile(std::string path) : path_(std::move(path)) {}
@@ -61,10 +63,12 @@ class HeldFile {
   const std::string& path() const { return path_; }
 
  private:
+  bool open();
   void close() noexcept;
 
   std::string path_;
   int descriptor_ = -1;
+  int readsToSkip_ = 0;
 };
 
 }  // namespace embrix
