@@ -37,7 +37,7 @@ TEST(SmcPacketTest, WhatIsNotAFieldIsNotLookedAt) {
   EXPECT_EQ(packet.key, 0xffffffff);
   EXPECT_EQ(packet.result, 0xff);
   SmcPacketBytes again = packet.encode();
-  for (const std::size_t place : {4, 11, 12, 27, 36, 39, 41, 43, 44, 47}) {
+  for (const std::size_t place : {4u, 11u, 12u, 27u, 36u, 39u, 41u, 43u, 44u, 47u}) {
     EXPECT_EQ(again[place], 0) << place;
   }
 }
