@@ -222,6 +222,14 @@ TEST_F(ProcessGrouperTest, HelperThatIsResponsibleForItselfKeepsItsRoot) {
   EXPECT_EQ(only(process(60, 1, "/usr/libexec/helper")).key, "/usr/libexec/helper");
 }
 
+// The climb from the end of the chain stops at 105, whose own root is another.
+TEST_F(ProcessGrouperTest, RootThatIsResponsibleForItselfIsNotClimbedFromAgain) {
+  responsible[105] = 105;
+  Samples chain = chainOfSeventy();
+  std::reverse(chain.begin(), chain.end());
+  EXPECT_EQ(rootOf(chain, 169), 105);
+}
+
 TEST_F(ProcessGrouperTest, ResponsibleProcessOutsideTheTableDoesNotCount) {
   responsible[60] = 999;
   EXPECT_EQ(only(process(60, 1, "/usr/libexec/helper")).key, "/usr/libexec/helper");
