@@ -12,9 +12,29 @@ std::string dumped(const AnyJson& value) {
   return value.dump(kOneLine, ' ', false, AnyJson::error_handler_t::replace);
 }
 
+// Right for JSON; for another text any answer will do.
+bool isTooDeep(std::string_view text) {
+  int depth = 0;
+  bool isInString = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char letter = text[i];
+    if (letter == '"') {
+      isInString = !isInString;
+    } else if (isInString) {
+      if (letter == '\\') ++i;
+    } else if (letter == '[' || letter == '{') {
+      if (++depth > kDeepestJson) return true;
+    } else if (letter == ']' || letter == '}') {
+      --depth;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 std::optional<Json> parseJson(std::string_view text) {
+  if (isTooDeep(text)) return std::nullopt;
   constexpr bool kThrow = false;
   Json value = Json::parse(text.begin(), text.end(), nullptr, kThrow);
   if (value.is_discarded()) return std::nullopt;

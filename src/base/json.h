@@ -17,8 +17,12 @@ namespace embrix {
 using Json = nlohmann::json;                 // keys of an object in byte order
 using OrderedJson = nlohmann::ordered_json;  // keys of an object as they were put in
 
-// Absent when the text is anything but one JSON value in UTF-8 with white space around it. Of a key
-// that an object names twice, the last value stands.
+// Arrays and objects inside one another, at most. What is deeper is no use to anyone, and
+// dangerous: a few megabytes of brackets would take gigabytes, and copies and comparisons recurse.
+inline constexpr int kDeepestJson = 256;
+
+// Absent when the text is anything but one JSON value in UTF-8 with white space around it, or is
+// nested too deeply. Of a key that an object names twice, the last value stands.
 std::optional<Json> parseJson(std::string_view text);
 
 // One line without its end. A byte that is not UTF-8 becomes U+FFFD; a number that is not finite

@@ -34,9 +34,29 @@ TEST(JsonTest, OnlyOneWholeValueIsJson) {
   }
 }
 
-TEST(JsonTest, DeepNestingIsNoDanger) {
-  EXPECT_FALSE(parseJson(std::string(400'000, '[')));
-  EXPECT_TRUE(parseJson(std::string(100'000, '[') + std::string(100'000, ']')));
+TEST(JsonTest, WhatIsNestedTooDeeplyIsAbsent) {
+  const auto brackets = [](std::size_t depth) {
+    return std::string(depth, '[') + std::string(depth, ']');
+  };
+  const auto braces = [](std::size_t depth) {
+    std::string text = "0";
+    for (std::size_t i = 0; i < depth; ++i) text = "{\"a\":" + text + "}";
+    return text;
+  };
+  EXPECT_TRUE(parseJson(brackets(kDeepestJson)));
+  EXPECT_FALSE(parseJson(brackets(kDeepestJson + 1)));
+  EXPECT_TRUE(parseJson(braces(kDeepestJson)));
+  EXPECT_FALSE(parseJson(braces(kDeepestJson + 1)));
+  EXPECT_FALSE(parseJson(std::string(5'000'000, '[')));
+}
+
+TEST(JsonTest, BracketsBesideOneAnotherOrInTextsAreNotDeep) {
+  std::string row = "[[]";
+  for (int i = 0; i < 1000; ++i) row += ",[],{}";
+  EXPECT_TRUE(parseJson(row + "]"));
+  EXPECT_TRUE(parseJson('"' + std::string(1000, '[') + '"'));
+  EXPECT_TRUE(parseJson("\"\\\"" + std::string(1000, '{') + "\\\\\""));
+  EXPECT_FALSE(parseJson("[\"\\\\\"," + std::string(1000, '[')));
 }
 
 TEST(JsonTest, TheLastOfTwoEqualKeysStands) {

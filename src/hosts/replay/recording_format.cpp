@@ -232,7 +232,12 @@ std::variant<RecordingHeader, RecordingProblem> decodeHeader(std::string_view li
 }
 
 std::variant<RecordedTick, RecordingProblem> decodeTick(std::string_view line) {
-  return decoded<RecordedTick>(line, [](const Json&) {});
+  return decoded<RecordedTick>(line, [](const Json& json) {
+    const Json* tables = jsonAt(json, "processes");
+    if (tables != nullptr && tables->size() > kMostTablesInTick) {
+      refuse(fmt::format("processes has more than {} tables", kMostTablesInTick));
+    }
+  });
 }
 
 bool isJsonLine(std::string_view line) {

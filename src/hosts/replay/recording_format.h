@@ -14,6 +14,10 @@ inline constexpr int kRecordingVersion = 1;
 // Longer lines are neither written nor read, so that a damaged file cannot take all memory.
 inline constexpr std::size_t kLongestRecordingLine = std::size_t{64} << 20;  // bytes
 
+// A tick reads the table once. Further readings are neither written nor read: a replay answers them
+// with the last of these.
+inline constexpr std::size_t kMostTablesInTick = 8;
+
 // Why a line cannot be read, such as "processes[0].added[3].pid is missing": no line end, no full
 // stop, nothing in it from the line but its keys.
 struct RecordingProblem {

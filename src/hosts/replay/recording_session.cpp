@@ -28,6 +28,7 @@ void RecordingSession::noteTemperature(std::size_t sensor, std::optional<double>
 void RecordingSession::noteTable(std::vector<RawProcess> table) {
   std::erase_if(table, [](const RawProcess& process) { return process.pid < 0; });
   const std::lock_guard lock(mutex_);
+  if (tick_.processes.size() == kMostTablesInTick) return;
   tick_.processes.push_back(processTableChange(table_, table));
   known_.tableIs(table);
   table_ = std::move(table);

@@ -32,10 +32,8 @@ void ReplaySession::beginTick() {
   if (begun_ == ticks_) return;
   auto next = first_ ? std::exchange(first_, std::nullopt) : reader_->tick();
   // A file that lost its lines since they were read through ends here.
-  if (!next || state_.enter(std::move(*next)))
-    begun_ = ticks_;
-  else
-    ++begun_;
+  const bool isOver = !next || state_.enter(std::move(*next));
+  begun_ = isOver ? ticks_ : begun_ + 1;
 }
 
 bool ReplaySession::finished() const {
@@ -57,11 +55,7 @@ double ReplaySession::wallTime() {
 
 void ReplaySession::readTable(std::vector<RawProcess>& table) {
   const std::lock_guard lock(mutex_);
-  auto next = taken(state_.tables);
-  if (next)
-    table = std::move(*next);
-  else
-    table.clear();
+  table = taken(state_.tables).value_or(std::vector<RawProcess>{});
 }
 
 std::optional<double> ReplaySession::temperature(std::size_t sensor) {

@@ -216,6 +216,29 @@ TEST(RecordingHostTest, RowsWithoutAPossiblePIDAreLeftOut) {
   EXPECT_EQ(table[0].pid, 1);
 }
 
+TEST(RecordingHostTest, TablesThatAreReadOverAndOverAreRecordedSoOften) {
+  ScriptedHost world;
+  std::int32_t pid = 0;
+  Replay replay = replayOf(recordingOf(world, [&](Host& host) {
+    std::vector<RawProcess> table;
+    for (int tick = 0; tick < 2; ++tick) {
+      host.clock->beginTick();
+      for (std::size_t i = 0; i < 2 * kMostTablesInTick; ++i) {
+        world.add(++pid, "/a");
+        host.processes->read(table);
+      }
+    }
+  }));
+  std::vector<RawProcess> table;
+  for (const std::size_t before : {std::size_t{0}, 2 * kMostTablesInTick}) {
+    replay.host.clock->beginTick();
+    for (std::size_t i = 1; i <= 2 * kMostTablesInTick; ++i) {
+      replay.host.processes->read(table);
+      EXPECT_EQ(table.size(), before + std::min(i, kMostTablesInTick));
+    }
+  }
+}
+
 TEST(RecordingHostTest, AFullDiskDoesNotDisturbTheRun) {
   ScriptedHost world;
   fillLaptop(world);
