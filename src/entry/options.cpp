@@ -17,7 +17,7 @@ struct Described {
 constexpr Described kDescribed[] = {
     {option::kDump, "", "print a sample of this machine as text, and end"},
     {option::kJSON, "", "print a sample of this machine as JSON, and end"},
-    {option::kCleanup, "", "with either: print what a cleanup would find (nothing, so far)"},
+    {option::kCleanup, "", "with either: print what a cleanup would find in its place"},
     {option::kThrottle, "", "report the thermal state as serious"},
     {option::kRecord, "<path>", "with either: also write down what the machine told"},
     {option::kReplay, "<path>", "read such a recording in place of this machine"},

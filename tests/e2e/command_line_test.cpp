@@ -43,7 +43,8 @@ TEST_F(CommandLineTest, WithoutAReportOneSentenceSaysThatThereIsNoWindow) {
 TEST_F(CommandLineTest, ACleanupReportWinsAndTouchesNothing) {
   const Outcome outcome = embrix({"--json", "--cleanup"});
   EXPECT_EQ(outcome.exitStatus, 0);
-  EXPECT_EQ(outcome.output, "");
+  EXPECT_EQ(outcome.output, "");  // an empty home holds nothing to clear
+  EXPECT_THAT(homeFolder_.names(), IsEmpty());
   EXPECT_THAT(configFolder_.names(), IsEmpty());
 }
 

@@ -1,4 +1,4 @@
-// The built program, run in a world of its own: its settings lie in a scratch folder.
+// The built program, run in a world of its own: its home and settings are scratch folders.
 #pragma once
 
 #include <string>
@@ -15,10 +15,12 @@ class ProgramTest : public testing::Test {
  protected:
   Outcome embrix(std::vector<std::string> arguments) const {
     arguments.insert(arguments.begin(), EMBRIX_PROGRAM);
-    return outcomeOf(arguments, {"XDG_CONFIG_HOME=" + configFolder_.path()});
+    return outcomeOf(arguments,
+                     {"XDG_CONFIG_HOME=" + configFolder_.path(), "HOME=" + homeFolder_.path()});
   }
 
   ScratchFolder folder_;
+  ScratchFolder homeFolder_;
   ScratchFolder configFolder_;
 };
 

@@ -1,6 +1,5 @@
 #include "hosts/linux/settings_store.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -16,31 +15,9 @@ namespace {
 
 constexpr std::size_t kMostBytes = std::size_t{4} * 1024 * 1024;
 
-// The JSON library writes and copies nested values by recursion.
-constexpr int kDeepestNesting = 100;
-
-bool isNestedTooDeep(std::string_view text) {
-  int depth = 0;
-  bool inString = false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    if (inString) {
-      if (c == '\\') ++i;
-      if (c == '"') inString = false;
-    } else if (c == '"') {
-      inString = true;
-    } else if (c == '[' || c == '{') {
-      if (++depth > kDeepestNesting) return true;
-    } else if (c == ']' || c == '}') {
-      --depth;
-    }
-  }
-  return false;
-}
-
 std::optional<Json> readObject(const std::string& path) {
   const auto text = readWholeFile(path, kMostBytes);
-  if (!text || isNestedTooDeep(*text)) return std::nullopt;
+  if (!text) return std::nullopt;
   auto values = parseJson(*text);
   if (!values || !values->is_object()) return std::nullopt;
   return values;

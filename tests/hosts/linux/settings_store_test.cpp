@@ -117,7 +117,7 @@ TEST_F(FileSettingsStoreTest, ADamagedFileIsEmptyAndKeptAside) {
       "{\"\xff\": 1}",
       "not JSON",
       std::string(200, '['),
-      "{\"a\": " + std::string(150, '[') + std::string(150, ']') + "}",
+      "{\"a\": " + std::string(300, '[') + std::string(300, ']') + "}",
   };
   for (const std::string& bytes : rows) {
     writeFile(bytes);
