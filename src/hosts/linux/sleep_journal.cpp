@@ -15,7 +15,8 @@ struct CloseJournal {
 using Journal = std::unique_ptr<sd_journal, CloseJournal>;
 
 // The journal is indexed by whole fields: these are found without reading anything else. Matches of
-// one field are alternatives; between the fields stands an "or".
+// one field are alternatives, fields must match together, a disjunction stands between two groups
+// of them. Fields that begin with "_" are the journal's own words: nobody else can claim them.
 constexpr std::string_view kKernelMessages[] = {
     "MESSAGE=PM: suspend entry (s2idle)",
     "MESSAGE=PM: suspend entry (deep)",
@@ -26,7 +27,8 @@ constexpr std::string_view kKernelMessages[] = {
     "MESSAGE=PM: hibernation entry",
     "MESSAGE=PM: hibernation exit",
 };
-constexpr std::string_view kTransport = "_TRANSPORT=kernel";
+constexpr std::string_view kByTheKernel = "_TRANSPORT=kernel";
+constexpr std::string_view kByRoot = "_UID=0";
 
 Journal openJournal(const std::string& root) {
   sd_journal* journal = nullptr;
@@ -41,12 +43,12 @@ bool addMatch(sd_journal* journal, std::string_view match) {
 }
 
 bool addMatches(sd_journal* journal) {
-  bool isAdded = true;
+  bool isAdded = addMatch(journal, kByRoot);
   for (const std::string_view id : {kSleepStartID, kSleepStopID}) {
     isAdded = isAdded && addMatch(journal, std::string("MESSAGE_ID=").append(id));
   }
   isAdded = isAdded && sd_journal_add_disjunction(journal) >= 0;
-  isAdded = isAdded && addMatch(journal, kTransport);
+  isAdded = isAdded && addMatch(journal, kByTheKernel);
   for (const std::string_view message : kKernelMessages) {
     isAdded = isAdded && addMatch(journal, message);
   }
