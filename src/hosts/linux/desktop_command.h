@@ -1,4 +1,4 @@
-// The command line of a desktop entry, as the freedesktop.org specification quotes it. Decodes
+// The command line of a desktop entry, as the freedesktop.org standard quotes it. Decodes
 // text; starts nothing.
 #pragma once
 

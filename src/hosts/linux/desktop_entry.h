@@ -1,4 +1,4 @@
-// A desktop entry file, as the freedesktop.org specification has it. Decodes text; opens nothing.
+// A desktop entry file, as the freedesktop.org standard has it. Decodes text; opens nothing.
 #pragma once
 
 #include <optional>

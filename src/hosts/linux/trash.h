@@ -1,4 +1,4 @@
-// The desktop's Trash, as the freedesktop.org Trash specification (version 1.0) lays it out: the
+// The desktop's Trash, as the freedesktop.org Trash standard (version 1.0) lays it out: the
 // home folder's for what is on its volume, and for another volume one at that volume's top.
 //
 // A thing goes there in one rename that never replaces anything, after the file that tells where it

@@ -1,4 +1,4 @@
-// A folder that the freedesktop.org Trash specification (version 1.0) makes a Trash: what was
+// A folder that the freedesktop.org Trash standard (version 1.0) makes a Trash: what was
 // thrown away in "files", and in "info" a file for each that tells where it was. Any thread.
 #pragma once
 

@@ -1,4 +1,4 @@
-// The file that the freedesktop.org Trash specification (version 1.0) keeps beside everything in a
+// The file that the freedesktop.org Trash standard (version 1.0) keeps beside everything in a
 // Trash: where the thing was, and when it went.
 #pragma once
 
