@@ -70,14 +70,16 @@ void keepWholes(std::vector<Named>& blocks) {
 // Removes, of each level, everything but the first form of name that it has, whether there are
 // values or not: a cluster is no core because its cores are silent for once.
 void keepCores(std::vector<Named>& cores) {
-  std::array<CoreForm, 'Z' + 1> first;
-  first.fill(CoreForm::plainOfDie);
-  const auto firstOf = [&first](const Named& named) -> CoreForm& {
-    return first[static_cast<std::size_t>(named.core->level)];
-  };
-  for (const Named& named : cores) firstOf(named) = std::min(firstOf(named), named.core->form);
-  std::erase_if(cores,
-                [&firstOf](const Named& named) { return named.core->form != firstOf(named); });
+  HashMap<char, CoreForm> first;  // by level
+  for (const Named& named : cores) {
+    const auto known = first.find(named.core->level);
+    if (known == first.end() || named.core->form < known->second) {
+      first[named.core->level] = named.core->form;
+    }
+  }
+  std::erase_if(cores, [&first](const Named& named) {
+    return named.core->form != first.at(named.core->level);
+  });
 }
 
 // A chip has two levels of cores. On most they are called P and E. The newest with P and M call
