@@ -48,6 +48,17 @@ TEST_F(CommandLineTest, ACleanupReportWinsAndTouchesNothing) {
   EXPECT_THAT(configFolder_.names(), IsEmpty());
 }
 
+TEST_F(CommandLineTest, ACleanupReportTellsWhatFillsTheHome) {
+  std::filesystem::create_directories(homeFolder_ / ".gradle/caches/8.7");
+  homeFolder_.write(".gradle/caches/8.7/x", std::string(3'000'000, 'x'));
+  const Outcome outcome = embrix({"--dump", "--cleanup"});
+  EXPECT_EQ(outcome.exitStatus, 0);
+  EXPECT_THAT(outcome.output,
+              StartsWith("Gradle caches · 3 MB\n"
+                         "    3 MB     Gradle 8.7 · ~/.gradle/caches/8.7 · used today"));
+  EXPECT_EQ(outcome.complaints, "");
+}
+
 TEST_F(CommandLineTest, ATestRunKeepsToItsOwnSettings) {
   embrix({"--ui-testing", "--set", "warmWatts=5"});
   EXPECT_THAT(configFolder_.read("embrix/app.embrix.uitesting.json"), HasSubstr("warmWatts"));

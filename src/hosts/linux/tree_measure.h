@@ -21,6 +21,8 @@ struct TreeMeasureOptions {
   // more threads than processors pay there, and cost nothing where the disk is not asked.
   int threads = 8;
   std::size_t openFolders = 16;  // at most, for each thread; at least 2
+  // A tree of no more files than this is measured before a second thread has even begun.
+  std::uint64_t filesAlone = 1000;
   // Whether the kernel is asked to stay on the volume. Where it does not know how (before
   // Linux 5.6, or in a sandbox), every folder's volume is looked at, as it is when this is false.
   bool kernelKeepsToVolume = true;

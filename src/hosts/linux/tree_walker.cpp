@@ -17,7 +17,6 @@ namespace embrix {
 namespace {
 
 constexpr std::size_t kPieceSize = 64 * 1024;  // bytes
-constexpr std::uint64_t kManyFiles = 1000;     // fewer are done before a second thread has begun
 constexpr std::int64_t kBlock = 512;           // bytes, the unit of stx_blocks
 constexpr std::size_t kFilesBetweenLooks = 256;
 
@@ -173,7 +172,8 @@ void TreeWalker::measureFiles(const Level& level) {
   measurement_.bytes.fetch_add(bytes, std::memory_order_relaxed);
   measurement_.watch.add(count, bytes);
   filesSeen_ += count;
-  if (filesSeen_ > kManyFiles && onManyFiles_) std::exchange(onManyFiles_, nullptr)();
+  if (filesSeen_ > measurement_.options.filesAlone && onManyFiles_)
+    std::exchange(onManyFiles_, nullptr)();
 }
 
 void TreeWalker::goInto(const Level& level, const char* name) {

@@ -40,8 +40,8 @@ std::uint64_t volumeOf(const Descriptor& folder);
 
 class TreeWalker {
  public:
-  // `onManyFiles` is called once, when the walk has met more files than one thread should be left
-  // alone with.
+  // `onManyFiles` is called once, when the walk has met more files than one thread is left alone
+  // with.
   TreeWalker(TreeMeasurement& measurement, std::function<void()> onManyFiles);
 
   // Goes through the folder and everything below it, or less when the measurement was abandoned.
