@@ -9,7 +9,7 @@
 namespace embrix {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 using Arguments = std::vector<std::string>;
 
 Arguments decoded(std::int32_t count, const std::string& rest) {

@@ -11,7 +11,7 @@
 namespace embrix {
 namespace {
 
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 std::string xml(std::string_view contents) {
   return R"(<?xml version="1.0" encoding="UTF-8"?>

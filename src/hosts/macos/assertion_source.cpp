@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "hosts/macos/autorelease_pool.h"
 #include "hosts/macos/cf_holder.h"
 #include "hosts/macos/cf_property.h"
 
@@ -29,6 +30,7 @@ std::optional<ProcessAssertions> assertionsOf(CFTypeRef key, CFTypeRef value) {
 }  // namespace
 
 std::vector<ProcessAssertions> MacAssertionSource::read() {
+  const AutoreleasePool pool;
   CfHolder<CFDictionaryRef> byProcess;
   if (IOPMCopyAssertionsByProcess(byProcess.out()) != kIOReturnSuccess) return {};
   const CFDictionaryRef table = asDictionary(byProcess.get());

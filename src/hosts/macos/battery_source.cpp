@@ -2,6 +2,7 @@
 
 #include <IOKit/ps/IOPowerSources.h>
 
+#include "hosts/macos/autorelease_pool.h"
 #include "hosts/macos/cf_holder.h"
 #include "hosts/macos/cf_property.h"
 #include "hosts/macos/io_registry.h"
@@ -12,10 +13,12 @@ MacBatterySource::MacBatterySource() : service_(firstService("AppleSmartBattery"
 
 std::optional<PropertyMap> MacBatterySource::registry() {
   if (!service_) return std::nullopt;
+  const AutoreleasePool pool;
   return propertiesOf(service_.get());
 }
 
 std::vector<PropertyMap> MacBatterySource::powerSources() {
+  const AutoreleasePool pool;
   const CfHolder<CFTypeRef> state(IOPSCopyPowerSourcesInfo());
   if (!state) return {};
   const CfHolder<CFArrayRef> sources(IOPSCopyPowerSourcesList(state.get()));

@@ -8,6 +8,7 @@
 
 #include "darwin/energy_report.h"
 #include "darwin/report_element.h"
+#include "hosts/macos/autorelease_pool.h"
 #include "hosts/macos/cf_property.h"
 #include "hosts/macos/clock.h"
 
@@ -72,6 +73,7 @@ void MacEnergySource::subscribe(CopyChannelsInGroup& copyChannels,
 
 bool MacEnergySource::sample() {
   if (!subscription_) return false;
+  const AutoreleasePool pool;
   CfHolder<CFDictionaryRef> newest(createSamples_(subscription_.get(), subscribed_.get(), nullptr));
   if (!newest) return false;
   earlier_ = std::exchange(later_, std::move(newest));
@@ -80,6 +82,7 @@ bool MacEnergySource::sample() {
 
 std::optional<EnergyInterval> MacEnergySource::interval() {
   if (!earlier_ || !later_) return std::nullopt;
+  const AutoreleasePool pool;
   const CfHolder<CFDictionaryRef> delta(createDelta_(earlier_.get(), later_.get(), nullptr));
   const CFArrayRef channels = channelsOf(asDictionary(delta.get()));
   if (channels == nullptr) return std::nullopt;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "darwin/gpu_client.h"
+#include "hosts/macos/autorelease_pool.h"
 #include "hosts/macos/io_registry.h"
 
 namespace embrix {
@@ -17,12 +18,14 @@ MacGpuSource::MacGpuSource() : accelerator_(firstService(kAccelerator)) {}
 
 std::optional<PropertyMap> MacGpuSource::performanceStatistics() {
   if (!accelerator_) return std::nullopt;
+  const AutoreleasePool pool;
   Property statistics = propertyOf(accelerator_.get(), "PerformanceStatistics");
   auto* map = std::get_if<PropertyMap>(&statistics.value);
   return map == nullptr ? std::nullopt : std::optional(std::move(*map));
 }
 
 std::vector<GpuClient> MacGpuSource::clients() {
+  const AutoreleasePool pool;
   std::vector<GpuClient> clients;
   for (const IoHolder& accelerator : allServices(kAccelerator)) {
     for (const IoHolder& child : childrenOf(accelerator.get())) {

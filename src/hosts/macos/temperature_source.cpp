@@ -1,5 +1,6 @@
 #include "hosts/macos/temperature_source.h"
 
+#include "hosts/macos/autorelease_pool.h"
 #include "hosts/macos/cf_property.h"
 
 namespace embrix {
@@ -55,6 +56,7 @@ MacTemperatureSource::MacTemperatureSource()
 
 std::optional<double> MacTemperatureSource::read(std::size_t index) {
   if (index >= names_.size()) return std::nullopt;
+  const AutoreleasePool pool;
   const CFTypeRef service = CFArrayGetValueAtIndex(services_.get(), static_cast<CFIndex>(index));
   const CfHolder<CFTypeRef> event(copyEvent_(service, kTemperatureEvent, 0, 0));
   if (!event) return std::nullopt;
