@@ -135,6 +135,7 @@ std::vector<ProcessRole> ProcessRoles::group(const std::vector<ProcessRow>& rows
   });
 
   std::vector<ProcessRole> roles;
+  roles.reserve(weighed.size());
   for (auto& [weight, made] : weighed) roles.push_back(std::move(made));
   return roles;
 }
