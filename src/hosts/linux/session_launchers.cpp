@@ -8,9 +8,10 @@ namespace embrix {
 namespace {
 
 // Sorted. Names longer than 15 bytes stand as the kernel cuts them.
-constexpr std::array<std::string_view, 31> kLaunchers = {
+constexpr std::array<std::string_view, 32> kLaunchers = {
     "(systemd)",
     "agetty",
+    "bwrap",
     "containerd-shim",
     "cron",
     "crond",
