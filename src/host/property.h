@@ -32,7 +32,7 @@ struct Property {
   Property() = default;
   template <typename T>
   requires(!std::is_same_v<std::decay_t<T>, Property> && std::is_constructible_v<Value, T>)
-      Property(T&& held)
+      Property(T&& held)  // NOLINT(bugprone-forwarding-reference-overload): constrained above
       : value(std::forward<T>(held)) {}
   Property(int held) : value(std::int64_t{held}) {}
   Property(const char* held) : value(std::string(held)) {}
