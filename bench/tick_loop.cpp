@@ -1,6 +1,6 @@
-// The program's own refresh for the comparison with other monitors: tick_loop SECONDS takes a tick of
-// the live machine each so many seconds, from the process table to the finished frame, until it is
-// killed.
+// The program's own refresh for the comparison with other monitors: tick_loop SECONDS takes a tick
+// of the live machine each so many seconds, from the process table to the finished frame, until it
+// is killed.
 
 #include <cstdlib>
 #include <optional>

@@ -45,8 +45,9 @@ MountTable::MountTable(std::string_view mountinfo) {
 }
 
 bool MountTable::holdsVolume(std::string_view path) const {
-  return std::any_of(folders_.begin(), folders_.end(),
-                     [&](const std::string& folder) { return PathText::isAtOrBelow(folder, path); });
+  return std::any_of(folders_.begin(), folders_.end(), [&](const std::string& folder) {
+    return PathText::isAtOrBelow(folder, path);
+  });
 }
 
 std::optional<std::string> MountTable::volumeFolder(std::string_view path) const {

@@ -165,8 +165,8 @@ bool DesktopTrash::putBack(const std::string& trashed, const std::string& origin
       Moved::yes) {
     return false;
   }
-  const LinklessPlace info = linklessPlace(
-      fmt::format("{}/info/{}{}", PathText::parent(PathText::parent(trashed)), from.name, kInfoEnding));
+  const LinklessPlace info = linklessPlace(fmt::format(
+      "{}/info/{}{}", PathText::parent(PathText::parent(trashed)), from.name, kInfoEnding));
   if (info.folder.isOpen()) ::unlinkat(info.folder.number(), info.name.c_str(), 0);
   return true;
 }
