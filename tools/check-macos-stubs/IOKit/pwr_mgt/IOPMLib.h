@@ -10,5 +10,4 @@ extern "C" {
 // Hands over a dictionary from process ids (numbers) to arrays of dictionaries, one for each
 // assertion that the process holds.
 IOReturn IOPMCopyAssertionsByProcess(CFDictionaryRef* AssertionsByPID);
-
 }
