@@ -55,6 +55,8 @@ function(embrix_tests folder)
   list(TRANSFORM arg_USES REPLACE "/" "_")
   list(TRANSFORM arg_USES PREPEND embrix_)
   target_link_libraries(${target} PRIVATE ${arg_USES} ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
-  gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST TEST_PREFIX "${EMBRIX_TEST_PREFIX}"
+  # A parameter whose bytes stand in the name of its case would change that name from run to run.
+  gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
+                       TEST_PREFIX "${EMBRIX_TEST_PREFIX}"
                        PROPERTIES TIMEOUT 300 ${arg_PROPERTIES})
 endfunction()

@@ -25,6 +25,7 @@ struct AsDouble {
   double operator()(double value) const { return value; }
   double operator()(const std::string& value) const { return leadingDouble(value); }
   double operator()(const std::vector<std::string>&) const { return 0; }
+  double operator()(const SettingData&) const { return 0; }
 };
 
 struct AsBool {
@@ -34,6 +35,7 @@ struct AsBool {
     return equalsIgnoringCase(value, "yes") || equalsIgnoringCase(value, "true") || value == "1";
   }
   bool operator()(const std::vector<std::string>&) const { return false; }
+  bool operator()(const SettingData&) const { return false; }
 };
 
 struct AsString {
@@ -42,6 +44,7 @@ struct AsString {
   Result operator()(double value) const { return fmt::format("{}", value); }
   Result operator()(const std::string& value) const { return value; }
   Result operator()(const std::vector<std::string>&) const { return std::nullopt; }
+  Result operator()(const SettingData&) const { return std::nullopt; }
 };
 
 }  // namespace
@@ -81,6 +84,13 @@ std::optional<std::vector<std::string>> Settings::stringsFor(std::string_view ke
   if (!value) return std::nullopt;
   const auto* strings = std::get_if<std::vector<std::string>>(&*value);
   return strings == nullptr ? std::nullopt : std::optional(*strings);
+}
+
+std::optional<std::string> Settings::dataFor(std::string_view key) const {
+  const auto value = valueFor(key);
+  if (!value) return std::nullopt;
+  const auto* data = std::get_if<SettingData>(&*value);
+  return data == nullptr ? std::nullopt : std::optional(data->bytes);
 }
 
 void Settings::set(std::string_view key, SettingValue value) {

@@ -41,6 +41,9 @@ class Settings {
   // Absent for anything but a list of texts.
   std::optional<std::vector<std::string>> stringsFor(std::string_view key) const;
 
+  // Absent for anything but bytes.
+  std::optional<std::string> dataFor(std::string_view key) const;
+
   // Kept at once; it wins over a registered default, also one of another type.
   void set(std::string_view key, SettingValue value);
 

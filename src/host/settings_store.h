@@ -11,7 +11,14 @@
 
 namespace embrix {
 
-using SettingValue = std::variant<bool, double, std::string, std::vector<std::string>>;
+// Bytes that are no text, such as an encoded record.
+struct SettingData {
+  std::string bytes;
+
+  bool operator==(const SettingData&) const = default;
+};
+
+using SettingValue = std::variant<bool, double, std::string, std::vector<std::string>, SettingData>;
 
 class SettingsStore {
  public:

@@ -103,6 +103,19 @@ TEST(SettingsTest, TheLastRegistrationCounts) {
   EXPECT_EQ(settings.doubleFor("watts"), 9);
 }
 
+TEST(SettingsTest, BytesAreNothingButBytes) {
+  const Settings settings = settingsWith("rules", SettingData{std::string("1\0[]", 4)});
+  EXPECT_EQ(settings.dataFor("rules"), std::string("1\0[]", 4));
+  EXPECT_EQ(settings.doubleFor("rules"), 0);
+  EXPECT_FALSE(settings.boolFor("rules"));
+  EXPECT_EQ(settings.stringFor("rules"), std::nullopt);
+  EXPECT_EQ(settings.stringsFor("rules"), std::nullopt);
+}
+
+TEST(SettingsTest, ATextIsNoBytes) {
+  EXPECT_EQ(settingsWith("rules", std::string("[]")).dataFor("rules"), std::nullopt);
+}
+
 TEST(SettingsTest, WithoutAStoreSettingsLastForTheRun) {
   Settings settings(nullptr);
   settings.set("appearance", std::string("dark"));

@@ -9,8 +9,8 @@
 #include <optional>
 #include <string>
 
+#include "base/descriptor.h"
 #include "host/folder_source.h"
-#include "hosts/linux/descriptor.h"
 
 namespace embrix {
 

@@ -7,11 +7,15 @@
 #include <utility>
 #include <vector>
 
+#include "base/base64.h"
 #include "base/whole_file.h"
 
 namespace embrix {
 
 namespace {
+
+// JSON has no bytes: they are an object of this one key, with base64.
+constexpr std::string_view kData = "data";
 
 constexpr std::size_t kMostBytes = std::size_t{4} * 1024 * 1024;
 
@@ -27,6 +31,11 @@ std::optional<SettingValue> settingValue(const Json& value) {
   if (const auto truth = jsonBool(value)) return *truth;
   if (const auto number = jsonDouble(value)) return *number;
   if (auto text = jsonText(value)) return std::move(*text);
+  if (const Json* data = value.size() == 1 ? jsonAt(value, kData) : nullptr) {
+    const auto encoded = jsonText(*data);
+    auto bytes = encoded ? bytesOfBase64(*encoded) : std::nullopt;
+    return bytes ? std::optional(SettingData{std::move(*bytes)}) : std::nullopt;
+  }
   if (!value.is_array()) return std::nullopt;
   std::vector<std::string> texts;
   for (const Json& each : value) {
@@ -36,6 +45,11 @@ std::optional<SettingValue> settingValue(const Json& value) {
   }
   return texts;
 }
+
+struct AsJson {
+  Json operator()(SettingData& value) const { return {{kData, base64(value.bytes)}}; }
+  Json operator()(auto& value) const { return Json(std::move(value)); }
+};
 
 }  // namespace
 
@@ -50,7 +64,7 @@ std::optional<SettingValue> FileSettingsStore::stored(std::string_view key) cons
 
 void FileSettingsStore::set(std::string_view key, SettingValue value) {
   if (!isUtf8(key)) return;
-  values_[std::string(key)] = std::visit([](auto& held) { return Json(std::move(held)); }, value);
+  values_[std::string(key)] = std::visit(AsJson{}, value);
   save();
 }
 

@@ -10,7 +10,7 @@
 #include <mutex>
 #include <optional>
 
-#include "hosts/linux/descriptor.h"
+#include "base/descriptor.h"
 
 namespace embrix {
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "hosts/linux/descriptor.h"
+#include "base/descriptor.h"
 
 namespace embrix {
 

@@ -11,8 +11,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "base/descriptor.h"
 #include "host/folder_source.h"
-#include "hosts/linux/descriptor.h"
 
 namespace embrix {
 

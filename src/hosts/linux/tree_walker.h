@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
+#include "base/descriptor.h"
 #include "host/folder_source.h"
-#include "hosts/linux/descriptor.h"
 #include "hosts/linux/file_number.h"
 #include "hosts/linux/many_named.h"
 #include "hosts/linux/shared_folders.h"

@@ -2,12 +2,14 @@
 
 #include <memory>
 
+#include "host/local_files.h"
 #include "hosts/macos/application_source.h"
 #include "hosts/macos/assertion_source.h"
 #include "hosts/macos/battery_source.h"
 #include "hosts/macos/clock.h"
 #include "hosts/macos/command_runner.h"
 #include "hosts/macos/energy_source.h"
+#include "hosts/macos/folder_source.h"
 #include "hosts/macos/gpu_source.h"
 #include "hosts/macos/machine_facts.h"
 #include "hosts/macos/memory_source.h"
@@ -19,6 +21,7 @@
 #include "hosts/macos/smc_source.h"
 #include "hosts/macos/temperature_source.h"
 #include "hosts/macos/thermal_state_source.h"
+#include "hosts/macos/trash.h"
 #include "hosts/macos/user_facts.h"
 
 namespace embrix {
@@ -41,7 +44,10 @@ Host nativeHost() {
               .memory = std::make_unique<MacMemorySource>(),
               .assertions = std::make_unique<MacAssertionSource>(),
               .powerLog = std::make_unique<MacPowerLogSource>(),
-              .commands = std::make_unique<MacCommandRunner>()};
+              .commands = std::make_unique<MacCommandRunner>(),
+              .files = std::make_unique<LocalFiles>(),
+              .folders = std::make_unique<MacFolderSource>(),
+              .trash = std::make_unique<MacTrash>()};
 }
 
 std::unique_ptr<SettingsStores> nativeSettings() {

@@ -52,6 +52,9 @@ struct ToFoundation {
     }
     return array;
   }
+  id operator()(const SettingData& value) const {
+    return [NSData dataWithBytes:value.bytes.data() length:value.bytes.size()];
+  }
 };
 
 }  // namespace
@@ -65,6 +68,10 @@ std::optional<SettingValue> MacSettingsStore::stored(std::string_view key) const
     const id object = name == nil ? nil : [defaultsOf(defaults_) objectForKey:name];
     if ([object isKindOfClass:NSNumber.class]) return settingOf(static_cast<NSNumber*>(object));
     if ([object isKindOfClass:NSArray.class]) return settingOf(static_cast<NSArray*>(object));
+    if ([object isKindOfClass:NSData.class]) {
+      NSData* const data = static_cast<NSData*>(object);
+      return SettingData{std::string(static_cast<const char*>(data.bytes), data.length)};
+    }
     auto text = plainText(object);
     return text ? std::optional<SettingValue>(std::move(*text)) : std::nullopt;
   }

@@ -54,6 +54,8 @@ TEST_F(FileSettingsStoreTest, EveryTypeComesBackAfterARestart) {
       {"characters", text("ü – \"\\/\n\x01")},
       {"list", Texts{"a", "", "ü"}},
       {"empty list", Texts{}},
+      {"bytes", SettingData{std::string("\0\xff[]", 4)}},
+      {"no bytes", SettingData{}},
   };
   {
     const auto store = open();
@@ -147,15 +149,16 @@ TEST_F(FileSettingsStoreTest, EveryTruncationOfAFileIsEmptyAndNoneIsACrash) {
 TEST_F(FileSettingsStoreTest, ValuesOfOtherTypesReadAsNothingAndSurviveARewrite) {
   writeFile(
       R"({"null": null, "object": {"a": [1, {"b": null}]}, "mixed": ["a", 1],
-          "whole": 9007199254740993, "watts": 8})");
+          "whole": 9007199254740993, "no bytes": {"data": "?"}, "watts": 8})");
   const auto store = open();
   EXPECT_EQ(store->stored("null"), std::nullopt);
   EXPECT_EQ(store->stored("object"), std::nullopt);
   EXPECT_EQ(store->stored("mixed"), std::nullopt);
+  EXPECT_EQ(store->stored("no bytes"), std::nullopt);
   EXPECT_EQ(store->stored("watts"), SettingValue(8.0));
   store->set("watts", 9.0);
   EXPECT_EQ(parseJson(file()), parseJson(R"({"null": null, "object": {"a": [1, {"b": null}]},
-      "mixed": ["a", 1], "whole": 9007199254740993, "watts": 9.0})"));
+      "mixed": ["a", 1], "whole": 9007199254740993, "no bytes": {"data": "?"}, "watts": 9.0})"));
 }
 
 TEST_F(FileSettingsStoreTest, ANumberThatJSONCannotHoldStandsForThisRunOnly) {
