@@ -55,6 +55,12 @@ function(embrix_tests folder)
   list(TRANSFORM arg_USES REPLACE "/" "_")
   list(TRANSFORM arg_USES PREPEND embrix_)
   target_link_libraries(${target} PRIVATE ${arg_USES} ${arg_LIBRARIES} GTest::gmock GTest::gtest_main)
+  # What is tested is built for release; the tests themselves only have to be built soon.
+  target_compile_options(${target} PRIVATE -O0)
+  if(EMBRIX_PRECOMPILE)
+    target_precompile_headers(${target} PRIVATE
+      <functional> <map> <memory> <optional> <string> <vector> <gmock/gmock.h> <gtest/gtest.h>)
+  endif()
   # A parameter whose bytes stand in the name of its case would change that name from run to run.
   gtest_discover_tests(${target} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
                        TEST_PREFIX "${EMBRIX_TEST_PREFIX}"
