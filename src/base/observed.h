@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -50,6 +51,34 @@ class Observed {
     return *this;
   }
 
+  // Puts the value there and tells of it without comparing: for values that are large and new each
+  // time. Gives back what stood there.
+  T exchange(T value) {
+    std::swap(value_, value);
+    tell();
+    return value;
+  }
+
+  // Changes the value where it stands, for values too large to copy. Tells of it, unless `change`
+  // returns false.
+  template <typename Change>
+  void change(Change change) {
+    if constexpr (std::is_same_v<std::invoke_result_t<Change&, T&>, bool>) {
+      if (!change(value_)) return;
+    } else {
+      change(value_);
+    }
+    tell();
+  }
+
+  // From hold to release nobody is told; then everybody once, of the newest value, if it changed.
+  // What several values tell together can thus be told when all of them have changed.
+  void hold() noexcept { isHeld_ = true; }
+  void release() {
+    isHeld_ = false;
+    if (std::exchange(hasNews_, false)) tell();
+  }
+
   // The reader is told from the next change on, not of the present value.
   Subscription subscribe(Reader reader) const {
     const auto held = std::make_shared<Reader>(std::move(reader));
@@ -59,6 +88,10 @@ class Observed {
 
  private:
   void tell() {
+    if (isHeld_) {
+      hasNews_ = true;
+      return;
+    }
     std::erase_if(readers_, [](const auto& reader) { return reader.expired(); });
     const auto round = round_ = std::make_shared<const int>();
     const auto told = readers_;  // a reader that subscribes changes the list
@@ -70,6 +103,8 @@ class Observed {
   }
 
   T value_{};
+  bool isHeld_ = false;
+  bool hasNews_ = false;              // while held
   std::shared_ptr<const int> round_;  // of the newest telling
   mutable std::vector<std::weak_ptr<Reader>> readers_;
 };

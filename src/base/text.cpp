@@ -8,8 +8,10 @@
 #include <fmt/format.h>
 #include <unicode/bytestream.h>
 #include <unicode/casemap.h>
+#include <unicode/normlzr.h>
 #include <unicode/ubrk.h>
 #include <unicode/uchar.h>
+#include <unicode/unistr.h>
 #include <unicode/utext.h>
 #include <unicode/utf8.h>
 
@@ -21,6 +23,10 @@ constexpr UChar32 kReplacement = 0xFFFD;
 bool isASCII(std::string_view text) {
   return std::all_of(text.begin(), text.end(),
                      [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+char lowercasedASCII(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
 // The library's macro assigns int to uint8_t inside itself.
@@ -130,9 +136,7 @@ std::string Text::withoutFormatCharacters(std::string_view text) {
 std::string Text::lowercased(std::string_view text) {
   if (isASCII(text)) {
     std::string lower(text);
-    for (char& c : lower) {
-      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
+    for (char& c : lower) c = lowercasedASCII(c);
     return lower;
   }
   const std::string valid = repaired(text);
@@ -141,6 +145,20 @@ std::string Text::lowercased(std::string_view text) {
   UErrorCode status = U_ZERO_ERROR;
   icu::CaseMap::utf8ToLower("", 0, valid, sink, nullptr, status);
   return U_SUCCESS(status) ? lower : valid;
+}
+
+bool Text::equalsIgnoringCase(std::string_view a, std::string_view b) {
+  if (isASCII(a) && isASCII(b)) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char left, char right) {
+      return lowercasedASCII(left) == lowercasedASCII(right);
+    });
+  }
+  const auto left = icu::UnicodeString::fromUTF8(repaired(a));
+  const auto right = icu::UnicodeString::fromUTF8(repaired(b));
+  UErrorCode status = U_ZERO_ERROR;
+  const int order = icu::Normalizer::compare(left, right, U_COMPARE_IGNORE_CASE, status);
+  // Without the library's data only equal texts are equal.
+  return U_SUCCESS(status) ? order == 0 : a == b;
 }
 
 std::string_view Text::trimmed(std::string_view text) {

@@ -24,6 +24,11 @@ struct Text {
   // Lower case by the rules of Unicode for no language in particular. Repairs what is ill-formed.
   static std::string lowercased(std::string_view text);
 
+  // Whether both read the same when upper and lower case count alike, by the rules of Unicode for
+  // no language in particular; letters with accents may be written in one piece or in two. Repairs
+  // what is ill-formed.
+  static bool equalsIgnoringCase(std::string_view a, std::string_view b);
+
   // Without the white space at both ends. A view into `text`.
   static std::string_view trimmed(std::string_view text);
 

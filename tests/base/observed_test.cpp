@@ -106,5 +106,39 @@ TEST_F(ObservedTest, ASubscriptionMayOutliveWhatItReads) {
   EXPECT_THAT(told, IsEmpty());
 }
 
+TEST_F(ObservedTest, AnExchangedValueIsToldEvenWhenEqual) {
+  const Subscription a = number.subscribe(note("a"));
+  EXPECT_EQ(number.exchange(1), 1);
+  EXPECT_EQ(number.exchange(5), 1);
+  EXPECT_THAT(told, ElementsAre("a1", "a5"));
+}
+
+TEST_F(ObservedTest, AChangeInPlaceIsToldUnlessItSaysThatNothingChanged) {
+  const Subscription a = number.subscribe(note("a"));
+  number.change([](int& value) { value += 1; });
+  number.change([](int&) { return false; });
+  number.change([](int& value) {
+    value += 1;
+    return true;
+  });
+  EXPECT_THAT(told, ElementsAre("a2", "a3"));
+}
+
+TEST_F(ObservedTest, WhatIsHeldIsToldOnceWithTheNewestValueAtTheRelease) {
+  const Subscription a = number.subscribe(note("a"));
+  number.hold();
+  number = 2;
+  number = 3;
+  EXPECT_THAT(told, IsEmpty());
+  EXPECT_EQ(*number, 3) << "the value is there at once";
+  number.release();
+  EXPECT_THAT(told, ElementsAre("a3"));
+  number.hold();
+  number.release();
+  EXPECT_THAT(told, ElementsAre("a3")) << "nothing changed";
+  number = 4;
+  EXPECT_THAT(told, ElementsAre("a3", "a4"));
+}
+
 }  // namespace
 }  // namespace embrix

@@ -179,5 +179,36 @@ TEST(TextTest, EscapedTextHoldsNoControlByte) {
   }
 }
 
+struct EqualityCase {
+  std::string label;
+  std::string a;
+  std::string b;
+  bool expected = false;
+};
+
+class EqualsIgnoringCaseRule : public testing::TestWithParam<EqualityCase> {};
+
+TEST_P(EqualsIgnoringCaseRule, ComparesWithoutRegardToCase) {
+  EXPECT_EQ(Text::equalsIgnoringCase(GetParam().a, GetParam().b), GetParam().expected);
+  EXPECT_EQ(Text::equalsIgnoringCase(GetParam().b, GetParam().a), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    TextTest, EqualsIgnoringCaseRule,
+    testing::Values(EqualityCase{"Equal", "Slack", "Slack", true},
+                    EqualityCase{"AnotherCase", "Slack", "sLACK", true},
+                    EqualityCase{"AnotherWord", "Slack", "Slick", false},
+                    EqualityCase{"ABeginning", "Slack", "Slac", false},
+                    EqualityCase{"BothEmpty", "", "", true},
+                    EqualityCase{"BesideTheLetters", "[", "{", false},
+                    EqualityCase{"Accents", "ÉTUDE", "étude", true},
+                    EqualityCase{"AccentsInTwoPieces", "E\u0301TUDE", "étude", true},
+                    EqualityCase{"WithoutAccent", "Etude", "étude", false},
+                    EqualityCase{"FinalSigma", "ΣΊΣΥΦΟΣ", "σίσυφος", true},
+                    EqualityCase{"NoTurkishRules", "TITLE", "tıtle", false},
+                    EqualityCase{"IllFormed", "A\xff", "a\xff", true},
+                    EqualityCase{"IllFormedAndRepaired", "A\xff", "a\uFFFD", true}),
+    [](const auto& info) { return info.param.label; });
+
 }  // namespace
 }  // namespace embrix
