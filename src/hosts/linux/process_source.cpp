@@ -9,6 +9,7 @@
 
 #include "hosts/linux/number_scan.h"
 #include "hosts/linux/proc_records.h"
+#include "hosts/linux/run_clock.h"
 #include "hosts/linux/session_launchers.h"
 
 namespace embrix {
@@ -33,7 +34,8 @@ LinuxProcessSource::LinuxProcessSource(const std::string& procRoot, const Option
     : files_(procRoot, options.keptFiles),
       view_{.files = files_,
             .tickNS = 1'000'000'000 / configured(_SC_CLK_TCK),
-            .pageSize = configured(_SC_PAGESIZE)},
+            .pageSize = configured(_SC_PAGESIZE),
+            .hasRunClocks = tellsOwnPids(procRoot)},
       packageEnergyFile_(options.packageEnergyFile) {
   // The line of interrupts before the boot time can be longer than a tick's files ever are.
   if (const auto text = files_.readWhole("stat")) bootTime_ = parseBootTime(*text).value_or(0);

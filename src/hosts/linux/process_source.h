@@ -1,8 +1,9 @@
 // The process table of Linux, read below a proc file system's root.
 //
-// What makes a tick cheap: a process is not looked at again until it has run. A single-threaded
-// process whose time on a CPU stands still cannot have changed its name, its threads or its time,
-// so one small read through a kept handle settles it (watched_process.h). Only what its owner
+// What makes a tick cheap: a process is not looked at again until it has run. One whose time on a
+// CPU stands still cannot have changed its name, its threads or its time, and the kernel's clock of
+// the process tells that without a file (run_clock.h). Where there are no such clocks, a small read
+// through a kept handle settles a process of one thread (watched_process.h). Only what its owner
 // cannot see it do is watched for from outside: its parent's death, and pages that the kernel takes
 // away. And the list of processes is not taken while the kernel gave no new pid.
 //

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "hosts/linux/run_clock.h"
+
 namespace embrix {
 
 namespace {
@@ -33,7 +35,10 @@ std::optional<SchedStat> readSchedStat(ProcFiles& files, std::int32_t pid, std::
 
 bool WatchedProcess::refresh(ProcView& view) {
   if (isKnown_) {
-    if (readsStat_ ? refreshByStat(view) : refreshBySchedStat(view)) return true;
+    const bool isThere = hasRunClock_ ? refreshByClock(view)
+                         : readsStat_ ? refreshByStat(view)
+                                      : refreshBySchedStat(view);
+    if (isThere) return true;
     *this = WatchedProcess(pid_);
   }
   return meet(view);
@@ -56,11 +61,14 @@ bool WatchedProcess::meet(ProcView& view) {
   if (!view.isFirstTable) watchedLooks_ = kWatchedLooks;
 
   cpuNS_ = ticksNS_;
+  const auto ranNS = view.hasRunClocks ? runTimeNS(pid_) : std::nullopt;
+  hasRunClock_ = ranNS.has_value();
   const auto sched = readSchedStat(view.files, pid_);
   hasSchedStat_ = sched.has_value();
   if (sched) {
     takeSchedStat(*sched);
     cpuNS_ = std::max(cpuNS_, sched->runNS);
+    if (ranNS) cpuNS_ = *ranNS;
     // Stat rounds two figures down to clock ticks: above that, a leading thread that never ran is a
     // kernel that does not count.
     if (sched->runNS == 0 && !hasThreads_ && ticksNS_ > 2 * view.tickNS) {
@@ -68,7 +76,31 @@ bool WatchedProcess::meet(ProcView& view) {
     }
   }
   energyNJ_ = static_cast<double>(cpuNS_) * view.wattsPerBusyCore;
+  if (hasRunClock_ && hasThreads_) countThreadSlices(view);
   chooseFile(view);
+  return true;
+}
+
+bool WatchedProcess::isDue(const ProcView& view) const {
+  return (static_cast<unsigned>(pid_) + view.tick) % kFullLookEvery == 0;
+}
+
+// A pid that was given again is noticed by a time that differs, or else when the process is due.
+bool WatchedProcess::refreshByClock(ProcView& view) {
+  const auto ranNS = runTimeNS(pid_);
+  if (!ranNS) return false;
+  if (*ranNS == cpuNS_) return !isDue(view) || takeStat(view, readStat(view.files, pid_));
+
+  const std::uint64_t ticksBefore = ticksNS_;
+  if (!takeStat(view, view.files.read(counter_, ProcPath(pid_, "stat").text()))) return false;
+  addTime(view, *ranNS);
+  if (hasThreads_) {
+    // Dear, so only after some time on a CPU.
+    if (threads_.empty() || ticksNS_ != ticksBefore) countThreadSlices(view);
+  } else {
+    threads_.clear();
+    if (const auto sched = readSchedStat(view.files, pid_)) takeSchedStat(*sched);
+  }
   return true;
 }
 
@@ -76,13 +108,15 @@ bool WatchedProcess::refreshBySchedStat(ProcView& view) {
   const auto text = view.files.read(counter_, ProcPath(pid_, "schedstat").text());
   const auto sched = text ? parseSchedStat(*text) : std::nullopt;
   if (!sched) return false;
-  const bool isDue = (static_cast<unsigned>(pid_) + view.tick) % kFullLookEvery == 0;
-  if (sched->runNS == runNS_ && view.runTimeIsCounted && !isDue) return true;
+  if (sched->runNS == runNS_ && view.runTimeIsCounted && !isDue(view)) return true;
 
   const std::uint64_t ranNS = sched->runNS > runNS_ ? sched->runNS - runNS_ : 0;
   takeSchedStat(*sched);
   if (!takeStat(view, readStat(view.files, pid_))) return false;
-  addTime(view, ranNS);
+  // Two figures tell of the same time: what the leading thread ran, exact and blind to the others;
+  // and stat's sum over all threads, those that ended among them, cut off to clock ticks. Neither
+  // ever says too much, so the larger is the better.
+  addTime(view, std::max(cpuNS_ + ranNS, ticksNS_));
   chooseFile(view);
   return true;
 }
@@ -91,7 +125,7 @@ bool WatchedProcess::refreshByStat(ProcView& view) {
   const std::uint64_t before = ticksNS_;
   if (!takeStat(view, view.files.read(counter_, ProcPath(pid_, "stat").text()))) return false;
   if (ticksNS_ != before) {
-    addTime(view, 0);
+    addTime(view, ticksNS_);
     countThreadSlices(view);
   }
   chooseFile(view);
@@ -124,17 +158,16 @@ void WatchedProcess::takeSchedStat(const SchedStat& sched) {
   slices_ = sched.timeSlices;
 }
 
-// Two figures tell of the same time: what the leading thread ran, exact and blind to the others;
-// and stat's sum over all threads, those that ended among them, cut off to clock ticks. Neither
-// ever says too much, so the larger is the better.
-void WatchedProcess::addTime(const ProcView& view, std::uint64_t ranNS) {
-  const std::uint64_t cpuNS = std::max(cpuNS_ + ranNS, ticksNS_);
+// The time never goes back.
+void WatchedProcess::addTime(const ProcView& view, std::uint64_t cpuNS) {
+  if (cpuNS <= cpuNS_) return;
   energyNJ_ += static_cast<double>(cpuNS - cpuNS_) * view.wattsPerBusyCore;
   cpuNS_ = cpuNS;
 }
 
-// Stat is the dearer file and the only one that sums over threads.
+// Without a clock. Stat is the dearer file and the only one that sums over threads.
 void WatchedProcess::chooseFile(ProcView& view) {
+  if (hasRunClock_) return;
   const bool readsStat = hasThreads_ || !hasSchedStat_ || !view.runTimeIsCounted;
   if (readsStat == readsStat_) return;
   readsStat_ = readsStat;

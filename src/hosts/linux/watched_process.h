@@ -18,6 +18,7 @@ struct ProcView {
   ProcFiles& files;
   std::uint64_t tickNS = 0;      // nanoseconds in a clock tick of stat
   std::uint64_t pageSize = 0;    // bytes
+  bool hasRunClocks = false;     // see run_clock.h
   bool runTimeIsCounted = true;  // false on a kernel whose schedstat tells nothing
   bool isFirstTable = true;      // whoever is met now was there before this program looked
   double wattsPerBusyCore = 0;   // of this tick
@@ -55,11 +56,13 @@ class WatchedProcess {
   };
 
   bool meet(ProcView& view);
+  bool isDue(const ProcView& view) const;
+  bool refreshByClock(ProcView& view);
   bool refreshBySchedStat(ProcView& view);
   bool refreshByStat(ProcView& view);
   bool takeStat(ProcView& view, std::optional<std::string_view> text);
   void takeSchedStat(const SchedStat& sched);
-  void addTime(const ProcView& view, std::uint64_t ranNS);
+  void addTime(const ProcView& view, std::uint64_t cpuNS);
   void chooseFile(ProcView& view);
   void countThreadSlices(ProcView& view);
   void readUser(ProcView& view);
@@ -72,16 +75,17 @@ class WatchedProcess {
 
   bool isKnown_ = false;          // stat was read at least once
   bool hasNewRelations_ = false;  // see takeRelationChange()
+  bool hasRunClock_ = false;      // its clock could be read at the first look; no file settles
   bool hasSchedStat_ = true;      // schedstat could be read at the first look
   bool hasThreads_ = false;       // more than the leading one, when stat was last read
   bool readsStat_ = false;        // which file settles a tick: stat, or schedstat
   int watchedLooks_ = 0;          // so many more full looks read the user as well
-  KeptFile counter_;              // the file that settles a tick
+  KeptFile counter_;              // the file that settles a tick; stat, once it has run
 
   std::uint64_t runNS_ = 0;            // of the leading thread, as last read
   std::uint64_t slices_ = 0;           // of the leading thread, as last read
   std::uint64_t ticksNS_ = 0;          // of all threads by stat, as last read
-  std::vector<ThreadSlices> threads_;  // by tid; empty while schedstat settles
+  std::vector<ThreadSlices> threads_;  // by tid; empty while the leading one is alone
   std::uint64_t cpuNS_ = 0;
   std::uint64_t wakeups_ = 0;
   std::uint64_t footprint_ = 0;

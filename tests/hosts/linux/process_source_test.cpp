@@ -3,11 +3,13 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "captured_tree.h"
@@ -349,6 +351,37 @@ TEST_F(LinuxProcessSourceTest, LiveTableHoldsThisProcess) {
   ASSERT_TRUE(self->usage);
   EXPECT_GT(self->usage->footprint, 0u);
   EXPECT_TRUE(live.executablePath(getpid()));
+}
+
+TEST_F(LinuxProcessSourceTest, LiveTimeOfThreadsIsTheirSumToTheNanosecond) {
+  const auto clock = [](clockid_t id) {
+    timespec time{};
+    clock_gettime(id, &time);
+    return static_cast<std::uint64_t>(time.tv_sec) * 1'000'000'000 +
+           static_cast<std::uint64_t>(time.tv_nsec);
+  };
+  LinuxProcessSource live;
+  live.read(table);
+  ASSERT_TRUE(find(table, getpid()));
+  const std::uint64_t wakeups = find(table, getpid())->usage->packageIdleWakeups;
+
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 3; ++i) {
+    threads.emplace_back([&clock] {
+      while (clock(CLOCK_THREAD_CPUTIME_ID) < 2 * kTickNS) continue;
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+
+  const std::uint64_t before = clock(CLOCK_PROCESS_CPUTIME_ID);
+  live.read(table);
+  const std::uint64_t after = clock(CLOCK_PROCESS_CPUTIME_ID);
+  const RawProcess* self = find(table, getpid());
+  ASSERT_TRUE(self);
+  EXPECT_GE(self->usage->userTime, before);
+  EXPECT_LE(self->usage->userTime, after);
+  EXPECT_GE(before, 6 * kTickNS);
+  EXPECT_GE(self->usage->packageIdleWakeups, wakeups);
 }
 
 TEST_F(LinuxProcessSourceTest, LiveChildThatEndsLeavesTheTable) {
