@@ -3,19 +3,20 @@
 #include <string>
 
 #include "entry/appearance_mode.h"
+#include "model/setting_keys.h"
 
 namespace embrix {
 
 void AppSettings::registerInto(Settings& settings) {
-  settings.registerDefault(kSampleInterval, 2.0);
-  settings.registerDefault(kShowWattsInMenuBar, true);
-  settings.registerDefault(kWarmWatts, 8.0);
-  settings.registerDefault(kHotWatts, 15.0);
-  settings.registerDefault(kRunawayNotifications, false);
-  settings.registerDefault(kAlertWatts, 3.0);
-  settings.registerDefault(kAlertMinutes, 5.0);
+  settings.registerDefault(SettingKeys::kSampleInterval, 2.0);
+  settings.registerDefault(SettingKeys::kShowWattsInMenuBar, true);
+  settings.registerDefault(SettingKeys::kWarmWatts, 8.0);
+  settings.registerDefault(SettingKeys::kHotWatts, 15.0);
+  settings.registerDefault(SettingKeys::kRunawayNotifications, false);
+  settings.registerDefault(SettingKeys::kAlertWatts, 3.0);
+  settings.registerDefault(SettingKeys::kAlertMinutes, 5.0);
   settings.registerDefault(kAppearance, std::string(appearanceWord(AppearanceMode::system)));
-  settings.registerDefault(kAutomaticHeat, true);
+  settings.registerDefault(SettingKeys::kAutomaticHeat, true);
   settings.registerDefault(kAnimateMenuBarFlame, false);
   settings.registerDefault(kHasSeenTour, false);
 }

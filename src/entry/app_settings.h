@@ -1,4 +1,5 @@
-// The user's settings: their keys, and the defaults that hold until the user changes them.
+// The user's settings: the keys that the model does not know (those are SettingKeys), and all
+// defaults that hold until the user changes them.
 #pragma once
 
 #include <string_view>
@@ -8,15 +9,7 @@
 namespace embrix {
 
 struct AppSettings {
-  static constexpr std::string_view kSampleInterval = "sampleInterval";  // seconds between ticks
-  static constexpr std::string_view kShowWattsInMenuBar = "showWattsInMenuBar";
-  static constexpr std::string_view kWarmWatts = "warmWatts";  // load threshold
-  static constexpr std::string_view kHotWatts = "hotWatts";    // load threshold
-  static constexpr std::string_view kRunawayNotifications = "runawayNotifications";
-  static constexpr std::string_view kAlertWatts = "alertWatts";
-  static constexpr std::string_view kAlertMinutes = "alertMinutes";
-  static constexpr std::string_view kAppearance = "appearance";        // word of an AppearanceMode
-  static constexpr std::string_view kAutomaticHeat = "automaticHeat";  // thresholds are learnt
+  static constexpr std::string_view kAppearance = "appearance";  // word of an AppearanceMode
   static constexpr std::string_view kAnimateMenuBarFlame = "animateMenuBarFlame";
   static constexpr std::string_view kHasSeenTour = "hasSeenTour";
 

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "host/host.h"
+#include "host/log.h"
 #include "host/session.h"
 #include "host/settings_store.h"
 
@@ -15,6 +16,9 @@ Host nativeHost();
 
 // The login session that the program runs in. One at a time.
 Session nativeSession();
+
+// The log of this system.
+std::unique_ptr<Log> nativeLog();
 
 // The settings of the user who runs the program.
 std::unique_ptr<SettingsStores> nativeSettings();

@@ -28,7 +28,7 @@ TEST(AppSettingsTest, EveryDefaultHoldsUntilTheUserChangesIt) {
   };
   for (const auto& [key, value] : rows) EXPECT_EQ(settings.valueFor(key), value) << key;
   settings.set("warmWatts", 4.0);
-  EXPECT_EQ(settings.doubleFor(AppSettings::kWarmWatts), 4);
+  EXPECT_EQ(settings.doubleFor(SettingKeys::kWarmWatts), 4);
 }
 
 TEST(AppSettingsTest, TheWelcomeHasNoDefaultAndReadsAsFalse) {

@@ -11,6 +11,7 @@
 #include "hosts/macos/energy_source.h"
 #include "hosts/macos/folder_source.h"
 #include "hosts/macos/gpu_source.h"
+#include "hosts/macos/log.h"
 #include "hosts/macos/machine_facts.h"
 #include "hosts/macos/memory_source.h"
 #include "hosts/macos/power_log_source.h"
@@ -48,6 +49,10 @@ Host nativeHost() {
               .files = std::make_unique<LocalFiles>(),
               .folders = std::make_unique<MacFolderSource>(),
               .trash = std::make_unique<MacTrash>()};
+}
+
+std::unique_ptr<Log> nativeLog() {
+  return std::make_unique<MacLog>();
 }
 
 std::unique_ptr<SettingsStores> nativeSettings() {

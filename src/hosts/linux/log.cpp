@@ -1,0 +1,34 @@
+#include "hosts/linux/log.h"
+
+#include <syslog.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <string>
+
+#include <fmt/format.h>
+#include <systemd/sd-journal.h>
+
+namespace embrix {
+
+namespace {
+
+// Without this socket the journal's library drops the entry and reports success.
+constexpr const char* kJournalSocket = "/run/systemd/journal/socket";
+
+}  // namespace
+
+void LinuxLog::error(std::string_view category, std::string_view text) {
+  if (::access(kJournalSocket, W_OK) == 0) {
+    const std::string message(text);
+    const std::string source(category);
+    const int sent = sd_journal_send("MESSAGE=%s", message.c_str(), "PRIORITY=%d", LOG_ERR,
+                                     "SYSLOG_IDENTIFIER=%s", kSubsystem, "EMBRIX_CATEGORY=%s",
+                                     source.c_str(), nullptr);
+    if (sent == 0) return;
+  }
+  const std::string line = fmt::format("{} [{}] {}\n", kSubsystem, category, text);
+  std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+}  // namespace embrix

@@ -1,0 +1,78 @@
+#include "model/left_running.h"
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+#include <unordered_map>
+
+#include <fmt/format.h>
+
+namespace embrix {
+
+namespace {
+
+using RowsByID = std::unordered_map<std::string_view, const ProcessRow*>;
+
+RowsByID rowsByID(const Frame& frame) {
+  RowsByID rows;
+  for (const AppGroup& group : frame.groups) {
+    for (const ProcessRow& row : group.processes) rows.insert_or_assign(row.id.view(), &row);
+  }
+  return rows;
+}
+
+ForgottenRow rowOf(const ForgottenItem& item, const RowsByID& rows, const LeftRunning::Gain& gain) {
+  ForgottenRow row;
+  row.item = item;
+  for (const ProcessFacts& member : item.members) {
+    const auto present = rows.find(member.id);
+    if (present == rows.end()) continue;
+    row.processes.push_back(*present->second);
+    row.watts += present->second->watts;
+  }
+  row.minutes = gain(row.watts);
+  return row;
+}
+
+std::uint64_t saturatedSum(std::uint64_t a, std::uint64_t b) {
+  return a > std::numeric_limits<std::uint64_t>::max() - b
+             ? std::numeric_limits<std::uint64_t>::max()
+             : a + b;
+}
+
+}  // namespace
+
+std::string LeftRunning::keptKey(const ForgottenItem& item) {
+  return fmt::format("{}|{}", item.title, item.project.value_or(std::string()));
+}
+
+std::vector<ForgottenRow> LeftRunning::rows(const Frame& frame, const std::set<std::string>& kept,
+                                            const Gain& gain) {
+  if (frame.forgotten.empty()) return {};
+  const RowsByID present = rowsByID(frame);
+  std::vector<ForgottenRow> rows;
+  for (const ForgottenItem& item : frame.forgotten) {
+    if (kept.contains(keptKey(item))) continue;
+    // The scan that found it can be older than the frame.
+    if (!present.contains(item.root.id)) continue;
+    rows.push_back(rowOf(item, present, gain));
+  }
+  std::stable_sort(rows.begin(), rows.end(), [](const ForgottenRow& a, const ForgottenRow& b) {
+    return a.watts != b.watts ? a.watts > b.watts : a.item.uptime > b.item.uptime;
+  });
+  return rows;
+}
+
+std::uint64_t LeftRunning::memoryBytes(const ForgottenRow& row) {
+  std::uint64_t bytes = 0;
+  for (const ProcessRow& process : row.processes) bytes = saturatedSum(bytes, process.memoryBytes);
+  return bytes;
+}
+
+std::uint64_t LeftRunning::memoryBytes(const std::vector<ForgottenRow>& rows) {
+  std::uint64_t bytes = 0;
+  for (const ForgottenRow& row : rows) bytes = saturatedSum(bytes, memoryBytes(row));
+  return bytes;
+}
+
+}  // namespace embrix
