@@ -3,9 +3,12 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
 namespace embrix {
 
@@ -34,6 +37,9 @@ class Descriptor {
   int fd_;
 };
 
+// Stands behind the name of a file that is being written; mkostemp fills in letters and digits.
+constexpr std::string_view kBeside = ".new-XXXXXX";
+
 bool writeAll(int fd, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(fd, bytes.data(), bytes.size());
@@ -42,6 +48,21 @@ bool writeAll(int fd, std::string_view bytes) {
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
   return true;
+}
+
+bool writeAll(int fd, std::span<const std::string_view> pieces) {
+  return std::all_of(pieces.begin(), pieces.end(),
+                     [fd](std::string_view piece) { return writeAll(fd, piece); });
+}
+
+// After it no crash of the machine can bring the new name without the bytes.
+bool syncFile(int fd) {
+#ifdef F_BARRIERFSYNC
+  // Where fsync leaves the drive free to write in any order. F_FULLFSYNC would also wait until
+  // everything else in the drive's cache is written.
+  if (::fcntl(fd, F_BARRIERFSYNC) == 0) return true;
+#endif
+  return ::fsync(fd) == 0;
 }
 
 std::string folderOf(const std::string& path) {
@@ -78,16 +99,35 @@ std::optional<std::string> readWholeFile(const std::string& path, std::size_t li
 }
 
 bool writeFileAtomically(const std::string& path, std::string_view bytes) {
-  std::string beside = path + ".XXXXXX";
+  return writeFileAtomically(path, std::span(&bytes, 1));
+}
+
+bool writeFileAtomically(const std::string& path, std::span<const std::string_view> pieces) {
+  std::string beside = path + std::string(kBeside);
   Descriptor file(::mkostemp(beside.data(), O_CLOEXEC));  // mode 0600
   if (!file.isOpen()) return false;
-  const bool written = writeAll(file.get(), bytes) && ::fsync(file.get()) == 0 && file.close();
+  const bool written = writeAll(file.get(), pieces) && syncFile(file.get()) && file.close();
   if (!written || std::rename(beside.c_str(), path.c_str()) != 0) {
     ::unlink(beside.c_str());
     return false;
   }
   syncFolder(folderOf(path));
   return true;
+}
+
+void removeHalfWritten(const std::string& path) {
+  const std::string folder = folderOf(path);
+  const std::string_view name = std::string_view(path).substr(path.rfind('/') + 1);
+  const std::string_view mark = kBeside.substr(0, kBeside.find('X'));
+  const auto isBeside = [&](std::string_view other) {
+    return other.size() == name.size() + kBeside.size() && other.starts_with(name) &&
+           other.substr(name.size()).starts_with(mark);
+  };
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    if (isBeside(entry->path().filename().native())) ::unlink(entry->path().c_str());
+  }
 }
 
 }  // namespace embrix

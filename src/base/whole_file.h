@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -18,5 +19,12 @@ std::optional<std::string> readWholeFile(const std::string& path, std::size_t li
 // stays untouched. False when any step failed: then the old file stands and nothing is left beside
 // it. The folder must exist.
 bool writeFileAtomically(const std::string& path, std::string_view bytes);
+
+// Likewise with the pieces one behind the other.
+bool writeFileAtomically(const std::string& path, std::span<const std::string_view> pieces);
+
+// Removes what writeFileAtomically left beside that path in runs that were killed half-way. A write
+// to the path that is under way in another process then fails.
+void removeHalfWritten(const std::string& path);
 
 }  // namespace embrix

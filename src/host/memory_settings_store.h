@@ -15,8 +15,11 @@ class MemorySettingsStore final : public SettingsStore {
   void remove(std::string_view key) override;
   void removeAll() override;
 
+  using Values = std::map<std::string, SettingValue, std::less<>>;
+  const Values& values() const { return values_; }
+
  private:
-  std::map<std::string, SettingValue, std::less<>> values_;
+  Values values_;
 };
 
 }  // namespace embrix

@@ -43,6 +43,13 @@ class SettingsStores {
  public:
   virtual ~SettingsStores() = default;
   virtual std::unique_ptr<SettingsStore> open(const std::string& suite) = 0;
+
+  // Whether anything at all is kept under that name, of whatever kind. Named as for open().
+  virtual bool hasSettings(const std::string& suite) = 0;
+
+  // Keeps under the second name what is kept under the first, of whatever kind, and nothing else.
+  // A failure changes nothing. A store of the second that is open need not notice.
+  virtual void copySettings(const std::string& from, const std::string& to) = 0;
 };
 
 }  // namespace embrix

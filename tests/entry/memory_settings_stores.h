@@ -19,6 +19,14 @@ class MemorySettingsStores final : public SettingsStores {
     return std::make_unique<Forward>(suites[suite]);
   }
 
+  bool hasSettings(const std::string& suite) override {
+    const auto found = suites.find(suite);
+    return found != suites.end() && !found->second.values().empty();
+  }
+  void copySettings(const std::string& from, const std::string& to) override {
+    suites[to] = suites[from];
+  }
+
   std::map<std::string, MemorySettingsStore> suites;
   std::set<std::string> refused;
   std::vector<std::string> opened;  // in order

@@ -46,6 +46,14 @@ std::optional<SettingValue> settingValue(const Json& value) {
   return texts;
 }
 
+void makeFolderOf(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
+  if (std::filesystem::create_directories(folder, error)) {
+    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
+  }
+}
+
 struct AsJson {
   Json operator()(SettingData& value) const { return {{kData, base64(value.bytes)}}; }
   Json operator()(auto& value) const { return Json(std::move(value)); }
@@ -92,11 +100,7 @@ void FileSettingsStore::load() {
 }
 
 void FileSettingsStore::save() const {
-  std::error_code error;
-  const std::filesystem::path folder = std::filesystem::path(path_).parent_path();
-  if (std::filesystem::create_directories(folder, error)) {
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
-  }
+  makeFolderOf(path_);
   Json written = values_;
   for (auto entry = written.begin(); entry != written.end();) {
     const auto number = jsonDouble(*entry);
@@ -107,12 +111,31 @@ void FileSettingsStore::save() const {
 
 FileSettingsStores::FileSettingsStores(std::string folder) : folder_(std::move(folder)) {}
 
-std::unique_ptr<SettingsStore> FileSettingsStores::open(const std::string& suite) {
+std::optional<std::string> FileSettingsStores::pathOf(const std::string& suite) const {
   const bool leadsAway = suite.find('/') != std::string::npos ||
                          suite.find('\0') != std::string::npos || suite.substr(0, 1) == ".";
-  if (leadsAway) return nullptr;
-  return std::make_unique<FileSettingsStore>(folder_ + "/" + (suite.empty() ? "settings" : suite) +
-                                             ".json");
+  if (leadsAway) return std::nullopt;
+  return folder_ + "/" + (suite.empty() ? "settings" : suite) + ".json";
+}
+
+std::unique_ptr<SettingsStore> FileSettingsStores::open(const std::string& suite) {
+  const auto path = pathOf(suite);
+  return path ? std::make_unique<FileSettingsStore>(*path) : nullptr;
+}
+
+bool FileSettingsStores::hasSettings(const std::string& suite) {
+  const auto path = pathOf(suite);
+  const auto values = path ? readObject(*path) : std::nullopt;
+  return values && !values->empty();
+}
+
+void FileSettingsStores::copySettings(const std::string& from, const std::string& to) {
+  const auto source = pathOf(from);
+  const auto target = pathOf(to);
+  const auto values = source && target ? readObject(*source) : std::nullopt;
+  if (!values) return;
+  makeFolderOf(*target);
+  writeFileAtomically(*target, dumpJson(*values) + "\n");
 }
 
 std::string settingsFolder(const char* xdgConfigHome, const std::string& homeDirectory) {

@@ -34,6 +34,8 @@ class MacSettingsStore final : public SettingsStore {
 class MacSettingsStores final : public SettingsStores {
  public:
   std::unique_ptr<SettingsStore> open(const std::string& suite) override;
+  bool hasSettings(const std::string& suite) override;
+  void copySettings(const std::string& from, const std::string& to) override;
 };
 
 }  // namespace embrix

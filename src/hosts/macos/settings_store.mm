@@ -57,6 +57,17 @@ struct ToFoundation {
   }
 };
 
+// Nil for a program without an identifier.
+NSString* domainOf(const std::string& suite) {
+  return suite.empty() ? NSBundle.mainBundle.bundleIdentifier : foundationText(suite);
+}
+
+// Nil when there is none.
+NSDictionary<NSString*, id>* settingsOf(const std::string& suite) {
+  NSString* const domain = domainOf(suite);
+  return domain == nil ? nil : [NSUserDefaults.standardUserDefaults persistentDomainForName:domain];
+}
+
 }  // namespace
 
 MacSettingsStore::MacSettingsStore(CFTypeRef defaults, std::string domain)
@@ -113,6 +124,21 @@ std::unique_ptr<SettingsStore> MacSettingsStores::open(const std::string& suite)
     if (defaults == nil) return nullptr;
     return std::make_unique<MacSettingsStore>((__bridge_retained CFTypeRef)defaults,
                                               std::move(domain));
+  }
+}
+
+bool MacSettingsStores::hasSettings(const std::string& suite) {
+  @autoreleasepool {
+    return settingsOf(suite).count > 0;
+  }
+}
+
+void MacSettingsStores::copySettings(const std::string& from, const std::string& to) {
+  @autoreleasepool {
+    NSDictionary<NSString*, id>* const settings = settingsOf(from);
+    NSString* const domain = domainOf(to);
+    if (settings == nil || domain == nil) return;
+    [NSUserDefaults.standardUserDefaults setPersistentDomain:settings forName:domain];
   }
 }
 

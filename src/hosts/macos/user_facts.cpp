@@ -1,12 +1,13 @@
 #include "hosts/macos/user_facts.h"
 
 #include <pwd.h>
+#include <sys/syslimits.h>
+#include <sysdir.h>
 #include <unistd.h>
 
 #include <array>
 #include <cstdlib>
 #include <string>
-#include <utility>
 
 namespace embrix {
 
@@ -22,6 +23,16 @@ std::string databaseHome(uid_t uid) {
   return found->pw_dir;
 }
 
+// The first folder that the platform names; empty when it names none.
+std::string applicationSupport(const std::string& home) {
+  std::array<char, PATH_MAX> path = {};
+  const auto state = ::sysdir_start_search_path_enumeration(SYSDIR_DIRECTORY_APPLICATION_SUPPORT,
+                                                            SYSDIR_DOMAIN_MASK_USER);
+  if (::sysdir_get_next_search_path_enumeration(state, path.data()) == 0) return "";
+  const std::string named = path.data();
+  return named.starts_with("~/") ? (home == "/" ? "" : home) + named.substr(1) : named;
+}
+
 }  // namespace
 
 UserFacts macUserFacts() {
@@ -31,7 +42,8 @@ UserFacts macUserFacts() {
   if (!home.starts_with('/')) home = databaseHome(uid);
   if (!home.starts_with('/')) home = "/";
   while (home.size() > 1 && home.back() == '/') home.pop_back();
-  return {.uid = uid, .homeDirectory = std::move(home)};
+  return {
+      .uid = uid, .homeDirectory = home, .applicationSupportDirectory = applicationSupport(home)};
 }
 
 }  // namespace embrix

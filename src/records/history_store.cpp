@@ -1,0 +1,108 @@
+#include "records/history_store.h"
+
+#include <array>
+#include <cstddef>
+#include <filesystem>
+#include <span>
+#include <system_error>
+
+#include "base/path_text.h"
+#include "base/whole_file.h"
+#include "records/record_decoding.h"
+#include "records/record_encoding.h"
+
+namespace embrix {
+
+namespace {
+
+constexpr std::string_view kHistory = "history.json";
+constexpr std::string_view kLedger = "today.json";
+constexpr std::string_view kArchive = "archive.json";
+constexpr std::string_view kDischarge = "discharge.json";
+constexpr std::string_view kBaseline = "baseline.json";
+constexpr std::array kAll = {kHistory, kLedger, kArchive, kDischarge, kBaseline};
+
+// Many times what the largest of the files can grow to.
+constexpr std::size_t kMostBytes = std::size_t{64} * 1024 * 1024;
+
+bool write(const std::string& directory, std::string_view name,
+           std::span<const std::string_view> pieces) {
+  if (directory.empty()) return false;
+  std::error_code error;
+  std::filesystem::create_directories(directory, error);
+  if (error) return false;
+  return writeFileAtomically(PathText::joined(directory, name), pieces);
+}
+
+bool write(const std::string& directory, std::string_view name, std::string_view text) {
+  return write(directory, name, std::span(&text, 1));
+}
+
+// The record that `decode` finds in the file.
+template <typename Record>
+std::optional<Record> read(const std::string& directory, std::string_view name,
+                           std::optional<Record> (*decode)(std::string_view)) {
+  if (directory.empty()) return std::nullopt;
+  const auto text = readWholeFile(PathText::joined(directory, name), kMostBytes);
+  return text ? decode(*text) : std::nullopt;
+}
+
+}  // namespace
+
+HistoryStore HistoryStore::standard(const UserFacts& user) {
+  if (user.applicationSupportDirectory.empty()) return {};
+  return {PathText::joined(user.applicationSupportDirectory, kFolder)};
+}
+
+bool HistoryStore::save(const HistorySnapshot& points) const {
+  const HistorySnapshot::Text text = points.text();
+  return write(directory, kHistory, text.pieces);
+}
+
+bool HistoryStore::saveLedger(const DayLedger& ledger) const {
+  return write(directory, kLedger, jsonOf(ledger));
+}
+
+bool HistoryStore::saveArchive(const Archive& archive) const {
+  return write(directory, kArchive, archive.text());
+}
+
+bool HistoryStore::saveDischarge(const DischargeSession& session) const {
+  return write(directory, kDischarge, jsonOf(session));
+}
+
+bool HistoryStore::saveBaseline(const PowerBaseline& baseline) const {
+  return write(directory, kBaseline, jsonOf(baseline));
+}
+
+std::vector<HistoryPoint> HistoryStore::load(double newerThan) const {
+  auto points = read(directory, kHistory, historyOfJson);
+  if (!points) return {};
+  std::erase_if(*points, [&](const HistoryPoint& point) { return !(point.time > newerThan); });
+  return std::move(*points);
+}
+
+std::optional<DayLedger> HistoryStore::loadLedger() const {
+  return read(directory, kLedger, ledgerOfJson);
+}
+
+std::optional<Archive> HistoryStore::loadArchive() const {
+  return read(directory, kArchive, archiveOfJson);
+}
+
+std::optional<DischargeSession> HistoryStore::loadDischarge() const {
+  return read(directory, kDischarge, dischargeOfJson);
+}
+
+std::optional<PowerBaseline> HistoryStore::loadBaseline() const {
+  return read(directory, kBaseline, baselineOfJson);
+}
+
+void HistoryStore::removeLeftovers() const {
+  if (directory.empty()) return;
+  for (const std::string_view name : kAll) {
+    removeHalfWritten(PathText::joined(directory, name));
+  }
+}
+
+}  // namespace embrix
