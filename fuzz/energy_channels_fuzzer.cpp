@@ -65,6 +65,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
   const auto interval = embrix::energyInterval(stamped, 1.0 / 24'000'000);
   require(interval.channels == once);
-  require(!interval.seconds || (std::isfinite(*interval.seconds) && *interval.seconds >= 0));
+  if (interval.seconds) {
+    require(!once.empty() && interval.seconds->size() == once.size());
+    for (const double seconds : *interval.seconds) require(std::isfinite(seconds) && seconds >= 0);
+  }
   return 0;
 }

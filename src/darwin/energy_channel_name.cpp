@@ -57,17 +57,20 @@ class Pieces {
   std::string_view rest_;
 };
 
-bool isCluster(Pieces name) {
+std::optional<ClusterName> clusterOf(Pieces name) {
   const auto level = name.takeLevel();
-  if (!level) return false;
+  if (!level) return std::nullopt;
+  ClusterName cluster{.level = *level};
+  bool isCluster = false;
   if (name.take("ACC")) {
-    name.takeNumber();
-    return name.take("_CPU") && name.atEnd();
+    cluster.number = name.takeNumber().value_or(kUnnumbered);
+    isCluster = name.take("_CPU");
+  } else if (name.take("CPU")) {
+    isCluster = true;
+    // Only of this level is a single number known to be a cluster's; of the others it is a core's.
+    if (*level == 'M') cluster.number = name.takeNumber().value_or(kUnnumbered);
   }
-  if (!name.take("CPU")) return false;
-  // Only of this level is a single number known to be a cluster's; of the others it is a core's.
-  if (*level == 'M') name.takeNumber();
-  return name.atEnd();
+  return isCluster && name.atEnd() ? std::optional(cluster) : std::nullopt;
 }
 
 // What is left of a block's name behind the block itself: nothing, "0", or "0_1".
@@ -121,7 +124,9 @@ std::optional<CoreName> plainCore(Pieces name, char level, int die) {
 std::optional<BlockName> energyBlockOf(std::string_view name) {
   Pieces behindDie(name);
   const bool ofDie = behindDie.takeDie() != kNoDie;
-  if (isCluster(behindDie)) return BlockName{.block = kCpuBlock, .rank = BlockRank::cluster};
+  if (const auto cluster = clusterOf(behindDie)) {
+    return BlockName{.block = kCpuBlock, .rank = BlockRank::cluster, .cluster = *cluster};
+  }
   for (std::size_t block = 0; block < kEnergyBlocks.size(); ++block) {
     Pieces rest = behindDie;
     if (!rest.take(kEnergyBlocks[block])) continue;

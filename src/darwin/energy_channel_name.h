@@ -26,9 +26,19 @@ enum class BlockRank {
   cluster,  // "PACC0_CPU", "PCPU", "MCPU1": of the CPU only
 };
 
+inline constexpr int kUnnumbered = -1;
+
+struct ClusterName {
+  char level = 'P';  // 'E', 'P' or 'M'
+  int number = kUnnumbered;
+
+  bool operator==(const ClusterName&) const = default;
+};
+
 struct BlockName {
   std::size_t block = 0;  // a place in kEnergyBlocks
   BlockRank rank = BlockRank::whole;
+  ClusterName cluster = {};  // for the rank of that name alone
 
   bool operator==(const BlockName&) const = default;
 };

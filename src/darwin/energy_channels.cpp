@@ -19,7 +19,7 @@ namespace {
 constexpr std::string_view kCpuEnergy = kEnergyBlocks[kCpuBlock];
 
 struct Named {
-  EnergyChannel* channel = nullptr;
+  const EnergyChannel* channel = nullptr;
   std::optional<BlockName> block;
   std::optional<CoreName> core;
   // How many channels before this one bear its name. Two dies can report under the same names.
@@ -37,10 +37,10 @@ void trimBlanks(std::string& text) {
   text.erase(0, text.find_first_not_of(' '));
 }
 
-std::vector<Named> recognised(std::vector<EnergyChannel>& channels) {
+std::vector<Named> recognised(const std::vector<EnergyChannel>& channels) {
   std::vector<Named> result;
   HashMap<std::string_view, int> timesSeen;
-  for (EnergyChannel& channel : channels) {
+  for (const EnergyChannel& channel : channels) {
     Named named{.channel = &channel,
                 .block = energyBlockOf(channel.name),
                 .core = energyCoreOf(channel.name),
@@ -112,39 +112,92 @@ std::string coreName(const Named& named, const std::vector<Cluster>& clusters) {
                      place - clusters.begin(), named.core->index);
 }
 
+// `PCPU1` is a core as long as nothing of its level is called `PCPU1_0`; then it is a cluster.
+void addClusters(const std::vector<Named>& cores, std::vector<Named>& blocks) {
+  HashSet<char> levels;
+  for (const Named& named : cores) {
+    const CoreForm form = named.core->form;
+    const bool isPaired = form == CoreForm::paired || form == CoreForm::pairedOfDie;
+    if (isPaired) levels.insert(named.core->level);
+  }
+  for (const Named& named : cores) {
+    const CoreForm form = named.core->form;
+    const bool isPlain = form == CoreForm::plain || form == CoreForm::plainOfDie;
+    if (!isPlain || !levels.contains(named.core->level)) continue;
+    blocks.push_back(named);
+    blocks.back().block =
+        BlockName{.block = kCpuBlock,
+                  .rank = BlockRank::cluster,
+                  .cluster = {.level = named.core->level, .number = named.core->index}};
+  }
+}
+
+bool isClusterOf(char level, const Named& named) {
+  return named.block->rank == BlockRank::cluster && named.block->cluster.level == level;
+}
+
+// Removes the clusters that are told in another: `PCPU0` and `PCPU1` beside `PCPU`, which is the
+// first cluster where they begin at 1, and all of them where they begin at 0.
+void keepWholeClusters(std::vector<Named>& blocks) {
+  for (const char level : {'E', 'P', 'M'}) {
+    const auto has = [&](int number) {
+      return std::any_of(blocks.begin(), blocks.end(), [&](const Named& named) {
+        return isClusterOf(level, named) && named.block->cluster.number == number;
+      });
+    };
+    if (!has(kUnnumbered) || !has(0)) continue;
+    std::erase_if(blocks, [&](const Named& named) {
+      return isClusterOf(level, named) && named.block->cluster.number != kUnnumbered;
+    });
+  }
+}
+
+// Whether the CPU's channels tell what that level uses: those of the whole, or of its clusters.
+bool isTold(char level, const std::vector<Named>& blocks) {
+  return std::any_of(blocks.begin(), blocks.end(), [level](const Named& named) {
+    if (named.block->block != kCpuBlock) return false;
+    return named.block->rank != BlockRank::cluster || isClusterOf(level, named);
+  });
+}
+
 }  // namespace
 
-std::vector<EnergyChannel> normalizedChannels(std::vector<EnergyChannel> channels) {
-  const std::vector<Named> all = recognised(channels);
+std::vector<NormalizedChannel> normalizedWithSources(const std::vector<EnergyChannel>& channels) {
   std::vector<Named> blocks;
   std::vector<Named> cores;
-  for (const Named& named : all) {
+  for (const Named& named : recognised(channels)) {
     if (named.block) blocks.push_back(named);
     if (named.core) cores.push_back(named);
   }
+  addClusters(cores, blocks);
   keepWholes(blocks);
+  keepWholeClusters(blocks);
   keepCores(cores);
 
-  std::vector<EnergyChannel> result;
-  bool hasCpu = false;
-  for (const Named& named : blocks) {
-    hasCpu = hasCpu || named.block->block == kCpuBlock;
-    result.push_back(*named.channel);
-    result.back().name = kEnergyBlocks[named.block->block];
-  }
+  std::vector<NormalizedChannel> result;
+  const auto add = [&](const Named& named, std::string name) {
+    result.push_back({.channel = *named.channel,
+                      .source = static_cast<std::size_t>(named.channel - channels.data())});
+    result.back().channel.name = std::move(name);
+    trimBlanks(result.back().channel.unit);
+  };
+  for (const Named& named : blocks) add(named, std::string(kEnergyBlocks[named.block->block]));
   // Of silent cores too: a cluster keeps its number from one interval to the next.
   const auto performance = clustersOf(cores, true);
   const auto efficiency = clustersOf(cores, false);
   for (const Named& named : cores) {
     if (!hasValue(named)) continue;
-    if (!hasCpu) {
-      result.push_back(*named.channel);
-      result.back().name = kCpuEnergy;
-    }
-    result.push_back(*named.channel);
-    result.back().name = coreName(named, isPerformance(*named.core) ? performance : efficiency);
+    if (!isTold(named.core->level, blocks)) add(named, std::string(kCpuEnergy));
+    add(named, coreName(named, isPerformance(*named.core) ? performance : efficiency));
   }
-  for (EnergyChannel& channel : result) trimBlanks(channel.unit);
+  return result;
+}
+
+std::vector<EnergyChannel> normalizedChannels(const std::vector<EnergyChannel>& channels) {
+  std::vector<EnergyChannel> result;
+  for (NormalizedChannel& each : normalizedWithSources(channels)) {
+    result.push_back(std::move(each.channel));
+  }
   return result;
 }
 

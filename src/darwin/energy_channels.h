@@ -3,6 +3,7 @@
 // tell some energies twice: as a whole and in parts. No watts are worked out here. Any thread.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "frame/energy_channel.h"
@@ -17,10 +18,18 @@ namespace embrix {
 // Parts of one block come out under one name, to be summed: `DIE_0_CPU Energy` and
 // `DIE_1_CPU Energy` both as `CPU Energy`. Where a chip tells a block as a whole and in parts, only
 // the whole comes out. Clusters are numbered anew in each of E and P, across dies. A chip without a
-// channel for its whole CPU has its clusters stand for it, or else its cores a second time.
+// channel for its whole CPU has the clusters of each level stand for it, or else the level's cores
+// a second time.
 //
 // A channel without a value is left out, and so is one below zero: a counter that ran backwards.
 // Blanks around a unit are removed.
-std::vector<EnergyChannel> normalizedChannels(std::vector<EnergyChannel> channels);
+std::vector<EnergyChannel> normalizedChannels(const std::vector<EnergyChannel>& channels);
+
+// The same, each with the place among `channels` that it came from.
+struct NormalizedChannel {
+  EnergyChannel channel;
+  std::size_t source = 0;
+};
+std::vector<NormalizedChannel> normalizedWithSources(const std::vector<EnergyChannel>& channels);
 
 }  // namespace embrix

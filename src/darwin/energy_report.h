@@ -21,10 +21,10 @@ struct StampedChannel {
   bool operator==(const StampedChannel&) const = default;
 };
 
-// `seconds` is what the stamps say when the counters of all blocks and cores say the same, and 0
-// when none was written in between. It is absent when they do not: some chips publish some of their
-// counters in batches and others at each sample. Absent too when a counter moved whose stamp did
-// not, for such stamps tell something else. `secondsPerTick` is the length of a machine time unit.
+// `seconds` of a channel is the time between the two writings that the samples saw. It is absent
+// for all when one of them has no stamps, or stamps that run backwards, and when a counter moved
+// whose stamp did not, for such stamps tell something else. `secondsPerTick` is the length of a
+// machine time unit.
 EnergyInterval energyInterval(const std::vector<StampedChannel>& channels, double secondsPerTick);
 
 }  // namespace embrix

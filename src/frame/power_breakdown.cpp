@@ -74,10 +74,11 @@ std::int64_t numberOf(std::string_view digits) {
 // Matches ^([EP])ACC(\d*)_CPU(\d+)$ by hand: compiling the expression costs more than all the
 // matching of a tick, and std::regex adds several hundred kilobytes to the program. "ECPU" and
 // "EACC_CPU", the totals of a cluster, are no cores.
-std::optional<CoreChannel> coreOf(const EnergyChannel& channel) {
+std::optional<CoreChannel> coreOf(const PowerBreakdown::ChannelWatts& channel) {
   std::string_view rest = channel.name;
   CoreChannel core;
   core.name = rest;
+  core.watts = channel.watts;
   core.isPerformance = rest.starts_with('P');
   if (!take(rest, "EACC") && !take(rest, "PACC")) return std::nullopt;
   core.cluster = numberOf(takeDigits(rest));
@@ -114,25 +115,36 @@ std::vector<PowerBreakdown::Core> numberedCores(std::vector<CoreChannel> channel
 
 PowerBreakdown PowerBreakdown::parse(const std::vector<EnergyChannel>& channels, double seconds) {
   if (!(seconds > 0)) return empty();
+  std::vector<ChannelWatts> each;
+  each.reserve(channels.size());
+  for (const EnergyChannel& channel : channels) {
+    each.push_back({channel.name, watts(channel, seconds)});
+  }
+  return of(each);
+}
+
+double PowerBreakdown::watts(const EnergyChannel& channel, double seconds) {
+  return joules(channel) / seconds;
+}
+
+PowerBreakdown PowerBreakdown::of(const std::vector<ChannelWatts>& channels) {
   std::array<std::optional<double>, kBlockNames.size()> blocks;
   std::vector<CoreChannel> cores;
-  for (const EnergyChannel& channel : channels) {
-    const double watts = joules(channel) / seconds;
+  for (const ChannelWatts& channel : channels) {
     const auto name = std::find(kBlockNames.begin(), kBlockNames.end(), channel.name);
     if (name != kBlockNames.end()) {
       auto& sum = blocks[static_cast<std::size_t>(name - kBlockNames.begin())];
-      sum = sum.value_or(0) + watts;
-    } else if (auto core = coreOf(channel)) {
-      core->watts = watts;
+      sum = sum.value_or(0) + channel.watts;
+    } else if (const auto core = coreOf(channel)) {
       cores.push_back(*core);
     }
   }
-  const auto watts = [&](Block block) { return blocks[block].value_or(0); };
-  return {.cpu = watts(kCPUEnergy),
-          .gpu = blocks[kGPUEnergy] ? watts(kGPUEnergy) : watts(kGPU),
-          .neuralEngine = watts(kANE),
-          .memory = watts(kDRAM) + watts(kAMCC) + watts(kDCS),
-          .display = watts(kDISP) + watts(kDISPEXT),
+  const auto wattsOf = [&](Block block) { return blocks[block].value_or(0); };
+  return {.cpu = wattsOf(kCPUEnergy),
+          .gpu = blocks[kGPUEnergy] ? wattsOf(kGPUEnergy) : wattsOf(kGPU),
+          .neuralEngine = wattsOf(kANE),
+          .memory = wattsOf(kDRAM) + wattsOf(kAMCC) + wattsOf(kDCS),
+          .display = wattsOf(kDISP) + wattsOf(kDISPEXT),
           .cores = numberedCores(std::move(cores))};
 }
 

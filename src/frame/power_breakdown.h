@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "frame/energy_channel.h"
@@ -17,6 +18,12 @@ struct PowerBreakdown {
     bool operator==(const Core&) const = default;
   };
 
+  // What one channel draws, under its name.
+  struct ChannelWatts {
+    std::string_view name;
+    double watts = 0;
+  };
+
   double cpu = 0;
   double gpu = 0;
   double neuralEngine = 0;
@@ -30,6 +37,10 @@ struct PowerBreakdown {
   // Watts from the energy that the channels gathered over so many seconds; empty() when that is not
   // above 0. Channels of one name count together.
   static PowerBreakdown parse(const std::vector<EnergyChannel>& channels, double seconds);
+
+  // The two steps of it, for channels that did not gather over one time. The interval is above 0.
+  static double watts(const EnergyChannel& channel, double seconds);
+  static PowerBreakdown of(const std::vector<ChannelWatts>& channels);
 
   bool operator==(const PowerBreakdown&) const = default;
 };

@@ -10,9 +10,10 @@ namespace embrix {
 
 struct EnergyInterval {
   std::vector<EnergyChannel> channels;  // energy over the interval, by channel
-  // What the interval was by the counters' own time stamps, in seconds; absent where they have
-  // none, and the time between the two samples stands for it.
-  std::optional<double> seconds;
+  // How long the interval of each channel was by the counters' own time stamps, in seconds: as many
+  // as there are channels, 0 for one that was not written in between. Absent where there are no
+  // stamps, and the time between the two samples stands for all of them.
+  std::optional<std::vector<double>> seconds;
 
   bool operator==(const EnergyInterval&) const = default;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <iterator>
 #include <utility>
 
@@ -9,11 +10,18 @@ namespace embrix {
 
 namespace {
 
+// Within this time a CPU uses more than a counter can miss, in seconds.
+constexpr double kTimeToUseEnergy = 0.5;
+
+bool isCPU(const EnergyChannel& channel) {
+  return channel.name == "CPU Energy";
+}
+
 // Whether the channels have the CPU's counter, and it has not moved in them.
 bool cpuStandsStill(const std::vector<EnergyChannel>& channels) {
   bool isThere = false;
   for (const EnergyChannel& channel : channels) {
-    if (channel.name != "CPU Energy") continue;
+    if (!isCPU(channel)) continue;
     if (channel.value != 0) return false;
     isThere = true;
   }
@@ -31,21 +39,36 @@ std::optional<PowerBreakdown> EnergyReader::read() {
   if (!interval) {
     // The energy up to here is known to nobody. The next interval begins at this sample.
     last_.reset();
+    published_.forget();
     startOver(now);
     return std::nullopt;
   }
+  if (!hasStamps(*interval)) return byClock(std::move(interval->channels), now - *before, now);
+  // What came before an interval with stamps has its own time.
+  startOver(now);
+  last_ = published_.add(interval->channels, *interval->seconds, now);
+  return last_;
+}
 
-  const bool isStamped = interval->seconds && std::isfinite(*interval->seconds);
-  const double seconds = std::max(isStamped ? *interval->seconds : now - *before, 0.0);
-  // An interval with a stamp stands for itself: what came before it has its own time.
-  if (isStamped) forgetPending();
-  if (!isStamped || seconds > 0) {
-    pending_.insert(pending_.end(), std::make_move_iterator(interval->channels.begin()),
-                    std::make_move_iterator(interval->channels.end()));
-    pendingSeconds_ += seconds;
+bool EnergyReader::hasStamps(const EnergyInterval& interval) {
+  const auto& seconds = interval.seconds;
+  if (!isStamped_ || !seconds || seconds->size() != interval.channels.size()) return false;
+  const auto isTime = [](double length) { return std::isfinite(length); };
+  if (!std::all_of(seconds->begin(), seconds->end(), isTime)) return false;
+  if (!cpuStandsStill(interval.channels)) return true;
+  for (std::size_t i = 0; i < seconds->size(); ++i) {
+    const bool hasMoved = (*seconds)[i] > kTimeToUseEnergy;
+    if (hasMoved && isCPU(interval.channels[i])) isStamped_ = false;
   }
+  return isStamped_;
+}
 
-  const bool isSilent = !(pendingSeconds_ > 0) || (!isStamped && cpuStandsStill(pending_));
+std::optional<PowerBreakdown> EnergyReader::byClock(std::vector<EnergyChannel> channels,
+                                                    double seconds, double now) {
+  pending_.insert(pending_.end(), std::make_move_iterator(channels.begin()),
+                  std::make_move_iterator(channels.end()));
+  pendingSeconds_ += std::max(seconds, 0.0);
+  const bool isSilent = !(pendingSeconds_ > 0) || cpuStandsStill(pending_);
   if (isSilent && now - toldAt_ < kLongestSilence) return last_;
   last_.reset();
   if (pendingSeconds_ > 0) last_ = PowerBreakdown::parse(pending_, pendingSeconds_);
@@ -54,13 +77,9 @@ std::optional<PowerBreakdown> EnergyReader::read() {
 }
 
 void EnergyReader::startOver(double now) {
-  forgetPending();
-  toldAt_ = now;
-}
-
-void EnergyReader::forgetPending() {
   pending_.clear();
   pendingSeconds_ = 0;
+  toldAt_ = now;
 }
 
 }  // namespace embrix

@@ -50,6 +50,23 @@ TEST(EnergyChannelNameTest, BlocksOfEveryChip) {
   }
 }
 
+TEST(EnergyChannelNameTest, ClustersHaveALevelAndPerhapsANumber) {
+  struct ClusterCase {
+    std::string_view name;
+    ClusterName cluster;
+  };
+  const ClusterCase cases[] = {
+      {"EACC_CPU", {'E', kUnnumbered}},       {"PACC1_CPU", {'P', 1}}, {"PCPU", {'P', kUnnumbered}},
+      {"DIE_1_PACC0_CPU", {'P', 0}},          {"MCPU0", {'M', 0}},     {"MCPU", {'M', kUnnumbered}},
+      {"DIE_0_MACC_CPU", {'M', kUnnumbered}},
+  };
+  for (const auto& [name, cluster] : cases) {
+    const auto found = energyBlockOf(name);
+    ASSERT_TRUE(found) << name;
+    EXPECT_EQ(found->cluster, cluster) << name;
+  }
+}
+
 struct CoreCase {
   std::string_view name;
   CoreName core;

@@ -213,6 +213,24 @@ TEST(EnergyChannelsTest, AWholeAndItsPartsAreNeverSummed) {
        millijoules({{"MCPU0", 200}, {"PCPU", 1000}, {"MCPU0_0", 7}, {"PACC_0", 7}}), 1.2},
       {"cores alone", millijoules({{"EACC_CPU0", 200}, {"PACC0_CPU0", 1000}}), 1.2},
       {"cores and their managers", millijoules({{"PCPM", 5}, {"PCPU0", 1000}}), 1},
+      {"clusters of one level and cores of another",
+       millijoules({{"PCPU", 1000}, {"PCPU0", 999}, {"ECPU0", 30}, {"ECPU1", 20}}), 1.05},
+      {"a silent cluster leaves its level to the cores",
+       millijoules({{"PCPU", 1000}, {"PCPU0", 999}, {"ECPU", kNoValue}, {"ECPU0", 50}}), 1.05},
+      {"numbered clusters beside their cores",
+       millijoules(
+           {{"MCPU0", 200}, {"PCPU0", 700}, {"PCPU1", 300}, {"PCPU0_0", 7}, {"PCPU1_0", 7}}),
+       1.2},
+      {"a first cluster without a number",
+       millijoules({{"PCPU", 700}, {"PCPU1", 300}, {"PCPU0_0", 7}, {"PCPU1_0", 7}}), 1},
+      {"a level and its clusters",
+       millijoules({{"PCPU", 1000}, {"PCPU0", 700}, {"PCPU1", 300}, {"PCPU0_0", 7}}), 1},
+      {"levels of dies and their clusters",
+       millijoules({{"DIE_0_EACC_CPU", 10},
+                    {"DIE_1_EACC_CPU", 20},
+                    {"DIE_0_EACC0_CPU", 10},
+                    {"DIE_1_EACC0_CPU", 20}}),
+       0.03},
   };
   for (const auto& [label, channels, expected] : cpu) {
     EXPECT_DOUBLE_EQ(watts(channels).cpu, expected) << label;
@@ -290,6 +308,17 @@ TEST(EnergyChannelsTest, WhatSaysNothingOfABlockIsLeftOut) {
   EXPECT_TRUE(
       normalizedChannels(millijoules({{"ISP0", 1}, {"PCIe Port 0 Energy", 1}, {"", 1}})).empty());
   EXPECT_TRUE(normalizedChannels({}).empty());
+}
+
+TEST(EnergyChannelsTest, EachIsKnownByTheChannelItComesFrom) {
+  const auto channels = millijoules(
+      {{"ISP0", 1}, {"DIE_0_PACC0_CPU1", 2}, {"ANE0", kNoValue}, {"DRAM0", 4}, {"PACC0_CPU", 5}});
+  std::vector<std::pair<std::string, std::size_t>> sources;
+  for (const NormalizedChannel& each : normalizedWithSources(channels)) {
+    sources.emplace_back(each.channel.name, each.source);
+  }
+  EXPECT_EQ(sources, (std::vector<std::pair<std::string, std::size_t>>{
+                         {"DRAM", 3}, {"CPU Energy", 4}, {"PACC0_CPU1", 1}}));
 }
 
 TEST(EnergyChannelsTest, AgainChangesNothing) {

@@ -2,14 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
-#include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "darwin/energy_report.h"
 #include "fakes/scripted_host.h"
 #include "sampling/smoother.h"
 
@@ -17,7 +19,10 @@ namespace embrix {
 namespace {
 
 EnergyInterval cpuMillijoules(std::int64_t value, std::optional<double> seconds = std::nullopt) {
-  return {.channels = {{.name = "CPU Energy", .unit = "mJ", .value = value}}, .seconds = seconds};
+  EnergyInterval interval{.channels = {{.name = "CPU Energy", .unit = "mJ", .value = value}},
+                          .seconds = std::nullopt};
+  if (seconds) interval.seconds = {*seconds};
+  return interval;
 }
 
 class EnergyReaderTest : public testing::Test {
@@ -266,6 +271,143 @@ TEST_F(EnergyReaderTest, FiguresOfASequenceOfBatches) {
     highest = std::max(highest, smoothed);
   }
   EXPECT_GT(highest - lowest, 0.5);
+}
+
+// A machine of even power whose counters of millijoules are written every so many seconds, with a
+// stamp, while those of nanojoules are written at each look.
+class BatchingMachine {
+ public:
+  static constexpr double kCPU = 2;
+  static constexpr double kANE = 0.25;
+  static constexpr double kGPU = 0.5;
+
+  BatchingMachine(double batchSeconds, double phase) : every_(batchSeconds), phase_(phase) {}
+
+  // What the library says between two looks.
+  EnergyInterval between(double earlier, double later, bool stampsTellOfLooks = false) const {
+    const auto batch = [&](const char* name, double watts) {
+      StampedChannel channel = counted(name, "mJ", 1e3 * watts, written(earlier), written(later));
+      if (stampsTellOfLooks) stamp(channel, earlier, later);
+      return channel;
+    };
+    return energyInterval({batch("CPU Energy", kCPU), batch("ANE0", kANE), batch("ISP0", 1),
+                           counted("GPU Energy", "nJ", 1e9 * kGPU, earlier, later)},
+                          1 / kTicksPerSecond);
+  }
+
+ private:
+  static constexpr double kTicksPerSecond = 24e6;
+
+  // When a batch was last written.
+  double written(double uptime) const {
+    return std::floor((uptime - phase_) / every_) * every_ + phase_;
+  }
+  static void stamp(StampedChannel& channel, double before, double after) {
+    channel.before = static_cast<std::uint64_t>(std::llround(before * kTicksPerSecond));
+    channel.after = static_cast<std::uint64_t>(std::llround(after * kTicksPerSecond));
+  }
+  static StampedChannel counted(const char* name, const char* unit, double perSecond, double before,
+                                double after) {
+    StampedChannel channel;
+    channel.channel = {name, unit,
+                       std::llround(perSecond * after) - std::llround(perSecond * before)};
+    stamp(channel, before, after);
+    return channel;
+  }
+
+  double every_;
+  double phase_;
+};
+
+struct Rhythm {
+  double tick;   // seconds
+  double batch;  // seconds
+};
+
+class EnergyRhythmTest : public EnergyReaderTest, public testing::WithParamInterface<Rhythm> {};
+
+// Whatever the ticks are and however the batches drift through them: from the first batch on every
+// figure is what the machine draws, to the rounding of a millijoule.
+TEST_P(EnergyRhythmTest, StampedBatchesGiveTheMachinesWatts) {
+  const auto [tick, batch] = GetParam();
+  const BatchingMachine machine(batch, 0.3);
+  readAfter(0);
+  bool hasBegun = false;
+  for (int i = 1; i <= 200; ++i) {
+    const double before = world.uptime;
+    publish(machine.between(before, before + tick));
+    const auto breakdown = readAfter(tick);
+    if (!breakdown) {
+      EXPECT_FALSE(hasBegun) << "tick " << i;
+      continue;
+    }
+    hasBegun = true;
+    EXPECT_NEAR(breakdown->cpu, BatchingMachine::kCPU, 0.002) << "tick " << i;
+    EXPECT_NEAR(breakdown->neuralEngine, BatchingMachine::kANE, 0.002) << "tick " << i;
+    EXPECT_NEAR(breakdown->gpu, BatchingMachine::kGPU, 1e-6) << "tick " << i;
+  }
+  EXPECT_TRUE(hasBegun);
+}
+
+INSTANTIATE_TEST_SUITE_P(Ticks, EnergyRhythmTest,
+                         testing::Values(Rhythm{1, 2}, Rhythm{2, 2}, Rhythm{2.03, 2},
+                                         Rhythm{2, 2.1}, Rhythm{2, 1.9}, Rhythm{1.3, 2.1},
+                                         Rhythm{10, 2}, Rhythm{10.07, 2.1}, Rhythm{2, 0.5}));
+
+// A block that is published at each look is followed at once, not with the CPU's next batch.
+TEST_F(EnergyReaderTest, StampedBlocksKeepTheirOwnTime) {
+  const auto both = [](std::int64_t cpu, double cpuSeconds, std::int64_t gpu) {
+    return EnergyInterval{.channels = {{.name = "CPU Energy", .unit = "mJ", .value = cpu},
+                                       {.name = "GPU Energy", .unit = "nJ", .value = gpu}},
+                          .seconds = std::vector<double>{cpuSeconds, 1}};
+  };
+  publish(both(4000, 2, 500'000'000));
+  publish(both(0, 0, 3'000'000'000));
+  publish(both(12'000, 2, 0));
+  readAfter(0);
+  const std::pair<double, double> expected[] = {{2, 0.5}, {2, 3}, {6, 0}};
+  for (const auto& [cpu, gpu] : expected) {
+    const auto breakdown = readAfter(1);
+    ASSERT_TRUE(breakdown);
+    EXPECT_EQ(breakdown->cpu, cpu);
+    EXPECT_EQ(breakdown->gpu, gpu);
+  }
+}
+
+// Ticks of one second, batches of two, and stamps that tell when a counter was looked at. The first
+// tick in which the CPU stands still gives them away; from then on the counters alone say what was
+// published.
+TEST_F(EnergyReaderTest, StampsThatMoveWhileTheCPUStandsAreNotListenedTo) {
+  const BatchingMachine machine(2, 0.5);
+  readAfter(0);
+  for (int i = 1; i <= 40; ++i) {
+    publish(machine.between(world.uptime, world.uptime + 1, true));
+    const auto breakdown = readAfter(1);
+    if (i <= 2) continue;
+    ASSERT_TRUE(breakdown) << i;
+    EXPECT_NEAR(breakdown->cpu, BatchingMachine::kCPU, 0.002) << i;
+    EXPECT_NEAR(breakdown->gpu, BatchingMachine::kGPU, 1e-6) << i;
+  }
+}
+
+TEST_F(EnergyReaderTest, AStampOfAnInstantProvesNothing) {
+  publish(cpuMillijoules(0, 0.001));
+  publish(cpuMillijoules(4000, 2.0));
+  publish(cpuMillijoules(0, 0.0));
+  readAfter(0);
+  readAfter(0.001);
+  EXPECT_EQ(cpuAfter(1), 2.0);
+  EXPECT_EQ(cpuAfter(1), 2.0);
+}
+
+TEST_F(EnergyReaderTest, StampsOfAnotherNumberThanChannelsAreNone) {
+  publish({.channels = {{.name = "CPU Energy", .unit = "mJ", .value = 8000}},
+           .seconds = std::vector<double>{1, 1}});
+  publish({.channels = {{.name = "CPU Energy", .unit = "mJ", .value = 8000}},
+           .seconds = std::vector<double>{}});
+  readAfter(0);
+  EXPECT_EQ(cpuAfter(2), 4.0);
+  EXPECT_EQ(cpuAfter(4), 2.0);
 }
 
 // Batches of 2.1 seconds under ticks of 2: one tick in 21 sees none. The batch that comes after it

@@ -104,8 +104,8 @@ void fields(Is<EnergyChannel> auto& channel, auto& visit) {
 }
 
 void fields(Is<EnergyInterval> auto& interval, auto& visit) {
-  visit("seconds", interval.seconds);
   visit("channels", interval.channels);
+  visit("channelSeconds", interval.seconds);
 }
 
 void fields(Is<GpuClient> auto& client, auto& visit) {

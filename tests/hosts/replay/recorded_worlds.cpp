@@ -46,7 +46,7 @@ void fillPower(ScriptedHost& world) {
   for (int i = 0; i < 8; ++i) {
     world.energyIntervals.push_back(
         {.channels = {{"CPU Energy", "mJ", 1234 + i}, {"GPU Energy", "\xb5J", INT64_MIN}},
-         .seconds = i % 2 == 0 ? std::optional(0.1 + i) : std::nullopt});
+         .seconds = i % 2 == 0 ? std::optional(std::vector<double>{0.1 + i, 0}) : std::nullopt});
   }
   world.hasBattery = true;
   world.batteryRegistry = PropertyMap{

@@ -29,8 +29,8 @@ constexpr std::string_view kTick =
     R"("bundles":[{"of":"/A.app","answer":{"name":"A"}},{"of":"/B.app"}],)"
     R"("programs":[{"of":"/b","answer":{"name":"B","identifier":"b","path":"/b.desktop"}}],)"
     R"("applicationPaths":[{"of":"a","answer":"/A.app"}],"energySamples":[true],)"
-    R"("energyIntervals":[{"seconds":2.0,"channels":[{"name":"CPU Energy","unit":"mJ",)"
-    R"("value":-1}]}],"batteryRegistry":[{"Amperage":-5,"BatteryData":{"map":{"Cells":[1,2.0]}},)"
+    R"("energyIntervals":[{"channels":[{"name":"CPU Energy","unit":"mJ","value":-1}],)"
+    R"("channelSeconds":[2.0]}],"batteryRegistry":[{"Amperage":-5,"BatteryData":{"map":{"Cells":[1,2.0]}},)"
     R"("Updated":{"date":3.0}}],"powerSources":[[{"Name":"A"}]],)"
     R"("temperatures":[{"of":0,"answer":[41.5,null]},{"of":1,"answer":["nan"]}],)"
     R"("smc":[{"of":""},{"of":"YWJj","answer":"AAE="}],"thermalState":["serious"],)"
@@ -111,8 +111,8 @@ TEST(RecordingFormatTest, ATickIsWrittenInThisForm) {
             (ProcessAnswers{"/bin/a", {"a", "\xff"}, std::nullopt, {{3000, true}}, -1}));
   EXPECT_EQ(tick.lasting.bundles.at("/A.app")->name, "A");
   EXPECT_EQ(tick.lasting.bundles.at("/B.app"), std::nullopt);
-  EXPECT_EQ(tick.energyIntervals,
-            (std::vector<std::optional<EnergyInterval>>{{{{{"CPU Energy", "mJ", -1}}, 2.0}}}));
+  EXPECT_EQ(tick.energyIntervals, (std::vector<std::optional<EnergyInterval>>{
+                                      {{{{"CPU Energy", "mJ", -1}}, std::vector<double>{2.0}}}}));
   const PropertyMap registry{{"Amperage", -5},
                              {"BatteryData", PropertyMap{{"Cells", PropertyList{1, 2.0}}}},
                              {"Updated", PropertyDate{3}}};
@@ -316,6 +316,7 @@ TEST(RecordingFormatTest, ValuesOfTheWrongKindAreProblems) {
       {"/energyIntervals/0/channels/0/value", "9223372036854775808",
        "energyIntervals[0].channels[0].value is no whole number from -9223372036854775808 to "
        "9223372036854775807"},
+      {"/energyIntervals/0/channelSeconds", "2.0", "energyIntervals[0].channelSeconds is no list"},
       {"/batteryRegistry/0", "[]", "batteryRegistry[0] is no object"},
       {"/batteryRegistry/0/Amperage", "18446744073709551615",
        "batteryRegistry[0] is no whole number from -9223372036854775808 to 9223372036854775807"},

@@ -42,7 +42,7 @@ class Churn {
     if (upTo(9) == 0) std::shuffle(world_.processes.begin(), world_.processes.end(), random_);
     world_.energyIntervals.push_back(
         {.channels = {{"CPU Energy", "mJ", upTo(100'000)}, {"GPU Energy", "mJ", upTo(50'000)}},
-         .seconds = 2.0});
+         .seconds = std::vector<double>{2.0, 0.1}});
     for (ScriptedSensor& sensor : world_.sensors) sensor.celsius = 30 + upTo(9000) / 100.0;
     world_.memoryCounters = MemoryCounters{random_(), random_(), random_(), random_()};
     world_.batteryRegistry = PropertyMap{{"Voltage", upTo(13'000)}, {"Amperage", -upTo(4000)}};
