@@ -15,6 +15,7 @@
 #include "hosts/linux/energy_source.h"
 #include "hosts/linux/folder_source.h"
 #include "hosts/linux/gpu_source.h"
+#include "hosts/linux/log.h"
 #include "hosts/linux/logind_inhibitors.h"
 #include "hosts/linux/machine_facts.h"
 #include "hosts/linux/memory_source.h"
@@ -83,10 +84,15 @@ Host nativeHost() {
   host.files = std::make_unique<LocalFiles>();
   const BaseFolders folders = baseFolders(host.user.homeDirectory, std::getenv("XDG_CACHE_HOME"),
                                           std::getenv("XDG_DATA_HOME"));
+  host.user.applicationSupportDirectory = folders.data;
   host.folders = std::make_unique<LinuxFolderSource>(folders);
   host.trash = std::make_unique<DesktopTrash>(
       DesktopTrashOptions{.dataFolder = folders.data, .uid = ::getuid(), .wallTime = wallTime});
   return host;
+}
+
+std::unique_ptr<Log> nativeLog() {
+  return std::make_unique<LinuxLog>();
 }
 
 std::unique_ptr<SettingsStores> nativeSettings() {
