@@ -40,6 +40,8 @@ class Descriptor {
 // Stands behind the name of a file that is being written; mkostemp fills in letters and digits.
 constexpr std::string_view kBeside = ".new-XXXXXX";
 
+constexpr std::size_t kLeastRoom = 16384;
+
 bool writeAll(int fd, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(fd, bytes.data(), bytes.size());
@@ -86,15 +88,21 @@ std::optional<std::string> readWholeFile(const std::string& path, std::size_t li
   struct stat facts = {};
   if (::fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
 
-  std::string bytes;
-  char piece[16384];
-  for (;;) {
-    const ssize_t got = ::read(file.get(), piece, sizeof piece);
+  // Room for the whole file and one byte more, by which a file that has grown meanwhile is noticed;
+  // files of the kernel's own have no size.
+  const auto size = static_cast<std::size_t>(std::max<off_t>(facts.st_size, 0));
+  std::string bytes(std::min(size, limit) + 1, '\0');
+  for (std::size_t used = 0;;) {
+    if (used == bytes.size()) bytes.resize(2 * used + kLeastRoom);
+    const ssize_t got = ::read(file.get(), bytes.data() + used, bytes.size() - used);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return std::nullopt;
-    if (got == 0) return bytes;
-    bytes.append(piece, static_cast<std::size_t>(got));
-    if (bytes.size() > limit) return std::nullopt;
+    used += static_cast<std::size_t>(got);
+    if (used > limit) return std::nullopt;
+    if (got == 0) {
+      bytes.resize(used);
+      return bytes;
+    }
   }
 }
 
