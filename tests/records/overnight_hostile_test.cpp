@@ -1,7 +1,5 @@
 // The power log as an enemy would write it, and as chance would.
 #include <algorithm>
-#include <map>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -97,72 +95,6 @@ TEST(OvernightHostileTest, EveryCutOfALogIsALog) {
       EXPECT_EQ(rest, whole) << i;
     }
   }
-}
-
-// The rules once more, step by step over a list of all rows, without a thought for speed.
-std::optional<Overnight> byTheBook(const std::string& text) {
-  std::vector<OvernightLog::Line> lines;
-  for (std::size_t start = 0; start < text.size();) {
-    const auto end = std::min(text.find('\n', start), text.size());
-    if (const auto line = OvernightLog::line(std::string_view(text).substr(start, end - start))) {
-      lines.push_back(*line);
-    }
-    start = end + 1;
-  }
-  std::vector<std::size_t> wakes;
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    if (lines[i].kind == "Wake") wakes.push_back(i);
-  }
-  if (wakes.empty()) return std::nullopt;
-  const auto& wake = lines[wakes.back()];
-  const std::size_t first = wakes.size() > 1 ? wakes[wakes.size() - 2] + 1 : 0;
-  std::optional<double> sleptAt;
-  for (std::size_t i = first; i < wakes.back(); ++i) {
-    if (lines[i].kind == "Sleep" && !sleptAt) sleptAt = lines[i].date;
-  }
-  if (!sleptAt || wake.date - *sleptAt < 1800) return std::nullopt;
-  Overnight night{.sleptAt = *sleptAt, .wokeAt = wake.date};
-  std::map<std::string, int> causes;
-  for (std::size_t i = first; i < wakes.back(); ++i) {
-    if (lines[i].date < *sleptAt) continue;
-    if (lines[i].detail.find("Using AC") != std::string_view::npos) night.onPower = true;
-    if (lines[i].kind != "DarkWake") continue;
-    night.darkWakes += 1;
-    causes[std::string(OvernightLog::cause(lines[i].detail))] += 1;
-  }
-  night.onPower |= wake.detail.find("Using AC") != std::string_view::npos;
-  for (const auto& [name, count] : causes) night.causes.push_back({name, count});
-  return night;
-}
-
-TEST(OvernightHostileTest, RandomLogsAreReadAsByTheBook) {
-  std::mt19937 random(20260302);
-  const auto pick = [&](const auto& list) {
-    return list[std::uniform_int_distribution<std::size_t>(0, list.size() - 1)(random)];
-  };
-  const std::vector<std::string> kinds = {"Wake",     "Sleep",         "Sleep",      "DarkWake",
-                                          "DarkWake", "Wake Requests", "Assertions", ""};
-  const std::vector<std::string> details = {"due to usb Using BATT", "due to lid", "Using AC", "x"};
-  int nights = 0;
-  for (int round = 0; round < 6000; ++round) {
-    std::string log;
-    const int rows = std::uniform_int_distribution<int>(0, 12)(random);
-    for (int i = 0; i < rows; ++i) {
-      const int minute = std::uniform_int_distribution<int>(0, 239)(random);
-      log +=
-          at(fmt::format("{:02}:{:02}:00", minute / 60, minute % 60), pick(kinds), pick(details));
-      if (minute % 10 == 0) log += "no row\n\n";
-    }
-    auto expected = byTheBook(log);
-    auto parsed = OvernightLog::parse(log);
-    ASSERT_EQ(parsed.has_value(), expected.has_value()) << log;
-    if (!parsed) continue;
-    nights += 1;
-    std::sort(parsed->causes.begin(), parsed->causes.end(),
-              [](const auto& a, const auto& b) { return a.name < b.name; });
-    ASSERT_EQ(*parsed, *expected) << log;
-  }
-  EXPECT_GT(nights, 300);  // the rows are not so wild that no night comes of them
 }
 
 }  // namespace
