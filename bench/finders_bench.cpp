@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "base/text.h"
 #include "running/forgotten_finder.h"
 #include "running/local_servers.h"
 #include "running/simulator_finder.h"
@@ -59,7 +60,7 @@ std::vector<ProcessFacts> developersTable(std::int64_t count) {
         facts.arguments = {"Helper", "--type=renderer", "--lang=en-US", std::string(400, 'x')};
         break;
     }
-    facts.name = facts.path->substr(facts.path->rfind('/') + 1);
+    facts.name = Text::lastPiece(*facts.path, '/');
     table.push_back(std::move(facts));
   }
   return table;

@@ -40,7 +40,7 @@ ProcessFacts processOf(std::vector<std::string> lines) {
   if (lines.size() > 0) process.name = lines[0];
   if (lines.size() > 1) process.directory = lines[1];
   if (lines.size() > 2 && !lines[2].empty()) process.path = lines[2];
-  if (lines.size() > 3) process.arguments.assign(lines.begin() + 3, lines.end());
+  if (lines.size() > 3) process.arguments = std::vector(lines.begin() + 3, lines.end());
   return process;
 }
 
@@ -57,7 +57,7 @@ void tryRules(const ProcessFacts& process, const SystemFolders& folders) {
   if (folders.hold(process)) require(items.empty() && servers.empty());
   if (!items.empty() && description) require(items.front().title == description->title);
 
-  const auto udid = SimulatorFinder::udid(process.arguments);
+  const auto udid = SimulatorFinder::udid(process.arguments.list());
   require(!udid || udid->size() == 36);
   for (const std::string& argument : process.arguments) {
     const auto runtime = SimulatorFinder::runtimeName(argument);

@@ -19,7 +19,7 @@ struct ForgottenItem {
   std::vector<ProcessFacts> members;         // root first, then the others by ascending pid
   std::optional<std::string> simulatorUDID;  // of a simulator's row only
 
-  const std::string& id() const { return root.id; }
+  const SharedText& id() const { return root.id; }
 
   bool operator==(const ForgottenItem&) const = default;
 };

@@ -16,7 +16,7 @@ struct LocalServer {
   std::vector<int> ports;              // unique, ascending
   ProcessFacts process;
 
-  const std::string& id() const { return process.id; }
+  const SharedText& id() const { return process.id; }
 
   // "http://localhost:" and the first port, whatever interface it listens on; absent without ports.
   std::optional<std::string> url() const;

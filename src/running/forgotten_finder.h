@@ -28,14 +28,17 @@ struct ForgottenFinder {
   static constexpr double kLeastUptime = 3600;  // seconds; younger things are not forgotten
 
   // Rows by descending uptime; those of equal uptime by ascending pid of their root. The order of
-  // `facts` plays no part, except that of two facts with one pid the first counts. `home` has no
-  // slash at its end.
+  // `facts` plays no part, except that of two that qualify under one pid the first counts. `home`
+  // has no slash at its end.
   static std::vector<ForgottenItem> find(const std::vector<ProcessFacts>& facts,
                                          std::uint32_t currentUser, std::string_view home,
                                          const SystemFolders& systemFolders = {});
 
   // Absent for a process that is no tool known here.
   static std::optional<Description> describe(const ProcessFacts& process);
+  // The same for who has lower-cased its name already.
+  static std::optional<Description> describe(const ProcessFacts& process,
+                                             std::string_view lowerName);
 
   // What a JavaScript runtime runs, in a few words. `arguments` are those behind the program's own
   // name; `runtime` is its lower-cased name, the title when nothing else is told.
@@ -43,7 +46,7 @@ struct ForgottenFinder {
 
   // The name of the project that a working directory belongs to. Absent for the home folder itself,
   // for folders of the system and for hidden ones.
-  static std::optional<std::string> project(const std::optional<std::string>& directory,
+  static std::optional<std::string> project(std::optional<std::string_view> directory,
                                             std::string_view home);
 };
 

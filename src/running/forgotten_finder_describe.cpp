@@ -1,6 +1,7 @@
 // How ForgottenFinder names one process and its project.
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "base/text.h"
 #include "running/forgotten_finder.h"
@@ -67,8 +68,7 @@ std::optional<Description> javaTool(Arguments rest) {
 
 // Some programs write a title of their own over their command line, which leaves one argument and
 // perhaps blank ones: "next-server (v15.1.0)".
-std::optional<std::string> rewrittenTitle(const std::vector<std::string>& arguments,
-                                          std::string_view runtime) {
+std::optional<std::string> rewrittenTitle(Arguments arguments, std::string_view runtime) {
   const auto isBlank = [](const std::string& argument) { return argument.empty(); };
   if (arguments.empty() || arguments.front().empty()) return std::nullopt;
   if (!std::all_of(arguments.begin() + 1, arguments.end(), isBlank)) return std::nullopt;
@@ -115,24 +115,42 @@ bool isScriptVerb(std::string_view word) {
 std::string_view toolOf(std::string_view script) {
   const std::string_view own = lastPathComponent(script);
   if (!contains(script, "/node_modules/")) return own.starts_with("npm-cli") ? "npm" : own;
-  const auto pieces = Text::split(script, '/');
-  const auto innermost = std::find(pieces.rbegin(), pieces.rend(), "node_modules");
-  if (innermost == pieces.rbegin() || innermost == pieces.rend()) return own;
-  const std::string_view package = *(innermost - 1);
-  return package == ".bin" ? own : package;
+  // From the end to the innermost such folder; what stands behind it is the package.
+  std::string_view package;
+  std::string_view rest = script;
+  while (true) {
+    const std::string_view piece = Text::lastPiece(rest, '/');
+    if (piece.empty() || piece == "node_modules") break;
+    package = piece;
+    rest = rest.substr(0, static_cast<std::size_t>(piece.data() - rest.data()));
+  }
+  return package.empty() || package == ".bin" ? own : package;
+}
+
+// The first component of a path, which is cut off; empty when there is none.
+std::string_view takeComponent(std::string_view& path) {
+  const std::size_t start = std::min(path.find_first_not_of('/'), path.size());
+  const std::size_t end = std::min(path.find('/', start), path.size());
+  const std::string_view component = path.substr(start, end - start);
+  path.remove_prefix(end);
+  return component;
 }
 
 }  // namespace
 
 std::optional<Description> ForgottenFinder::describe(const ProcessFacts& process) {
-  const std::string name = Text::lowercased(process.name);
+  return describe(process, Text::lowercased(process.name));
+}
+
+std::optional<Description> ForgottenFinder::describe(const ProcessFacts& process,
+                                                     std::string_view name) {
   const Arguments all(process.arguments);
   const Arguments rest = all.empty() ? all : all.subspan(1);
 
   if (name.starts_with("qemu-system")) return emulator(rest);
   if (name == "java") return javaTool(rest);
   if (name == "node" || name == "bun" || name == "deno") {
-    auto title = rewrittenTitle(process.arguments, name);
+    auto title = rewrittenTitle(all, name);
     return Description{title ? std::move(*title) : scriptTitle(rest, name),
                        std::string(kServerSymbol)};
   }
@@ -147,20 +165,22 @@ std::optional<Description> ForgottenFinder::describe(const ProcessFacts& process
 }
 
 std::string ForgottenFinder::scriptTitle(Arguments arguments, std::string_view runtime) {
-  std::vector<std::string_view> positional;
+  // The script and what decides about its name: nothing behind the third tells anything.
+  std::array<std::string_view, 3> positional;
+  std::size_t count = 0;
   for (const std::string& argument : arguments) {
-    if (!argument.empty() && !isOption(argument)) positional.push_back(argument);
+    if (argument.empty() || isOption(argument)) continue;
+    positional[count++] = argument;
+    if (count == positional.size()) break;
   }
-  if (positional.empty()) return std::string(runtime);
+  if (count == 0) return std::string(runtime);
 
   std::string title(toolOf(positional.front()));
   if (isPackageRunner(title)) {
-    for (std::size_t i = 1; i < std::min<std::size_t>(positional.size(), 3); ++i) {
-      title.append(" ").append(positional[i]);
-    }
+    for (std::size_t i = 1; i < count; ++i) title.append(" ").append(positional[i]);
     return title;
   }
-  if (positional.size() > 1 && isScriptVerb(positional[1])) title.append(" ").append(positional[1]);
+  if (isScriptVerb(positional[1])) title.append(" ").append(positional[1]);
   const bool watches = std::any_of(arguments.begin(), arguments.end(), [](const auto& argument) {
     return argument == "--watch" || argument == "-w";
   });
@@ -168,23 +188,24 @@ std::string ForgottenFinder::scriptTitle(Arguments arguments, std::string_view r
   return title;
 }
 
-std::optional<std::string> ForgottenFinder::project(const std::optional<std::string>& directory,
+std::optional<std::string> ForgottenFinder::project(std::optional<std::string_view> directory,
                                                     std::string_view home) {
   if (!directory || *directory == "/" || *directory == home) return std::nullopt;
-  const auto pieces = Text::split(*directory, '/');
-
-  // An agent's worktree stands for the project that it was made from.
-  const auto agent = std::find(pieces.begin(), pieces.end(), ".claude");
-  if (agent != pieces.begin() && agent != pieces.end() && agent + 1 != pieces.end() &&
-      *(agent + 1) == "worktrees") {
-    return std::string(*(agent - 1)) + " · agent worktree";
+  std::string_view rest = *directory;
+  std::string_view last;
+  bool isPrivate = false;
+  bool hasAgent = false;
+  for (auto piece = takeComponent(rest); !piece.empty(); piece = takeComponent(rest)) {
+    // An agent's worktree stands for the project that it was made from.
+    if (piece == ".claude" && !std::exchange(hasAgent, true) && !last.empty()) {
+      std::string_view behind = rest;
+      if (takeComponent(behind) == "worktrees") return std::string(last) + " · agent worktree";
+    }
+    isPrivate = isPrivate || piece == "Library" || piece.starts_with('.');
+    last = piece;
   }
-
-  const bool isPrivate = std::any_of(pieces.begin(), pieces.end(), [](std::string_view piece) {
-    return piece == "Library" || piece.starts_with('.');
-  });
-  if (isPrivate || pieces.empty()) return std::nullopt;
-  return std::string(pieces.back());
+  if (isPrivate || last.empty()) return std::nullopt;
+  return std::string(last);
 }
 
 }  // namespace embrix

@@ -16,7 +16,7 @@ struct ForgottenRow {
   double watts = 0;                   // sum over processes
   std::optional<double> minutes;      // battery time that a stop would win back
 
-  const std::string& id() const { return item.root.id; }
+  const SharedText& id() const { return item.root.id; }
 
   bool operator==(const ForgottenRow&) const = default;
 };

@@ -60,7 +60,7 @@ std::vector<Root> rootsOf(const std::vector<ProcessFacts>& facts, std::uint32_t 
   for (const ProcessFacts& process : facts) {
     if (process.name != SimulatorFinder::kRootName || process.uid != currentUser) continue;
     if (!(process.uptime >= SimulatorFinder::kLeastUptime)) continue;
-    if (auto udid = SimulatorFinder::udid(process.arguments)) {
+    if (auto udid = SimulatorFinder::udid(process.arguments.list())) {
       roots.push_back({&process, std::move(*udid)});
     }
   }

@@ -45,9 +45,15 @@ SystemFolders linuxFolders() {
   return linux;
 }
 
+// Byte by byte: most paths differ from most folders in their second one.
+bool beginsWith(std::string_view path, std::string_view folder) {
+  return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first ==
+         folder.end();
+}
+
 bool beginsWithOne(std::string_view path, const std::vector<std::string>& folders) {
   return std::any_of(folders.begin(), folders.end(),
-                     [&](const std::string& folder) { return path.starts_with(folder); });
+                     [&](const std::string& folder) { return beginsWith(path, folder); });
 }
 
 bool matches(std::string_view program, std::string_view entry) {

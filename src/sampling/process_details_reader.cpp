@@ -21,12 +21,12 @@ ProcessFacts ProcessDetailsReader::facts(const ProcessSample& sample, const Shar
                                          double now) {
   const Cached& known = cached(id, sample.pid);
   ProcessFacts facts;
-  facts.id = id.string();
+  facts.id = id;
   facts.pid = sample.pid;
   facts.ppid = sample.ppid;
   facts.uid = sample.uid;
-  facts.name = sample.name.string();
-  if (sample.path) facts.path = sample.path->string();
+  facts.name = sample.name;
+  facts.path = sample.path;
   facts.arguments = known.arguments;
   facts.directory = known.directory;
   for (const ListeningPort& listening : source_.listening(sample.pid)) {
@@ -55,11 +55,9 @@ const ProcessDetailsReader::Cached& ProcessDetailsReader::cached(const SharedTex
                                                                  std::int32_t pid) {
   auto entry = cache_.find(id);
   if (entry == cache_.end()) {
-    Cached read{arguments(pid), source_.directory(pid)};
-    if (read.directory) {
-      read.directory = Text::repaired(*read.directory);
-      if (read.directory->empty()) read.directory.reset();
-    }
+    Cached read{.arguments = arguments(pid), .directory = std::nullopt};
+    const auto directory = source_.directory(pid);
+    if (directory && !directory->empty()) read.directory = Text::repaired(*directory);
     entry = cache_.emplace(id, std::move(read)).first;
   }
   return entry->second;

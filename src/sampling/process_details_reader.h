@@ -34,8 +34,8 @@ class ProcessDetailsReader {
 
  private:
   struct Cached {
-    std::vector<std::string> arguments;
-    std::optional<std::string> directory;
+    SharedTexts arguments;
+    std::optional<SharedText> directory;
   };
   const Cached& cached(const SharedText& id, std::int32_t pid);
 

@@ -36,12 +36,12 @@ std::vector<ProcessFacts> detailedFacts(const std::vector<ProcessSample>& sample
 // name its device.
 ProcessFacts plainFacts(const ProcessSample& sample, ProcessDetailsReader& details, double now) {
   ProcessFacts facts;
-  facts.id = sample.id.string();
+  facts.id = sample.id;
   facts.pid = sample.pid;
   facts.ppid = sample.ppid;
   facts.uid = sample.uid;
-  facts.name = sample.name.string();
-  if (sample.path) facts.path = sample.path->string();
+  facts.name = sample.name;
+  facts.path = sample.path;
   if (facts.name == SimulatorFinder::kRootName) facts.arguments = details.arguments(sample.pid);
   facts.uptime = now - static_cast<double>(sample.startTime);
   return facts;

@@ -179,12 +179,12 @@ TEST(CommandLinesTest, OfARealListing) {
       EXPECT_EQ(title.find('/'), std::string::npos) << line;
     } else if (process.name == "claude") {
       EXPECT_EQ(title, "Claude Code") << line;
-    } else if (process.name.starts_with("com.docker")) {
+    } else if (process.name.view().starts_with("com.docker")) {
       EXPECT_EQ(title, "Docker VM") << line;
     } else {
       EXPECT_EQ(title, "") << line;
     }
-    met[title.empty() ? "nothing" : process.name] += 1;
+    met[title.empty() ? "nothing" : process.name.string()] += 1;
   }
   for (const char* kind :
        {"node", "java", "qemu-system-aarch64", "claude", "com.docker.backend", "nothing"}) {

@@ -323,6 +323,10 @@ TEST(ForgottenFinderTest, AChainOfRuntimesEndsAtTheSeventeenth) {
 TEST(ForgottenFinderTest, OfTwoFactsWithOnePidTheFirstCounts) {
   EXPECT_THAT(titlesOf(find({node(10, 1, "first.js"), node(10, 1, "second.js")})),
               ElementsAre("first.js"));
+  // One that does not qualify takes nobody's place.
+  auto young = node(10, 1, "young.js");
+  young.uptime = 60;
+  EXPECT_THAT(titlesOf(find({young, node(10, 1, "old.js")})), ElementsAre("old.js"));
 }
 
 TEST(ForgottenFinderTest, AHundredThousandProcessesOfOneNameAreGrouped) {

@@ -46,14 +46,14 @@ class PlainForgottenFinder {
     static const std::set<std::string> shells = {"zsh",   "bash", "fish",   "sh",
                                                  "login", "tmux", "screen", "ssh-agent"};
     if (process.uid != user || process.uptime < 3600) return false;
-    if (shells.count(process.name) > 0) return false;
+    if (shells.count(process.name.string()) > 0) return false;
     const bool isNamed = ForgottenFinder::describe(process).has_value();
     if (!process.path) return isNamed || !process.ports.empty();
     for (const char* folder : {"/System/", "/usr/", "/Library/Apple/", "/sbin/", "/bin/"}) {
-      if (process.path->rfind(folder, 0) == 0) return false;
+      if (process.path->view().starts_with(folder)) return false;
     }
     if (isNamed) return true;
-    return !process.ports.empty() && process.path->find(".app/") == std::string::npos;
+    return !process.ports.empty() && process.path->view().find(".app/") == std::string_view::npos;
   }
 
   const ProcessFacts& rootOf(const ProcessFacts& start) const {
@@ -87,9 +87,9 @@ class PlainForgottenFinder {
     for (const std::int32_t pid : group) {
       if (pid != root.pid) item.members.push_back(table_.at(pid));
     }
-    item.title = root.name;
+    item.title = root.name.string();
     item.symbol = "terminal";
-    std::optional<std::string> directory = root.directory;
+    std::optional<SharedText> directory = root.directory;
     for (const ProcessFacts& process : item.members) {
       const auto description = ForgottenFinder::describe(process);
       if (!description) continue;

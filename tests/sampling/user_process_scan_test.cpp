@@ -134,6 +134,19 @@ TEST_F(UserProcessScanTest, DetailsAreReadOnceAndSocketsAtEachScan) {
   EXPECT_THAT(result.servers[0].ports, ElementsAre(4000));
 }
 
+TEST_F(UserProcessScanTest, RowsShareTheTextsOfTheirProcess) {
+  addServer(10, kNode, 7200);
+  const auto first = scan();
+  const auto second = scan();
+  ASSERT_THAT(first.servers, SizeIs(1));
+  ASSERT_THAT(second.forgotten, SizeIs(1));
+  const ProcessFacts& served = first.servers[0].process;
+  const ProcessFacts& left = second.forgotten[0].members[0];
+  EXPECT_FALSE(served.arguments.empty());
+  EXPECT_EQ(left.arguments.data(), served.arguments.data());
+  EXPECT_EQ(left.directory->view().data(), served.directory->view().data());
+}
+
 TEST_F(UserProcessScanTest, AScanIsAnnouncedBeforeItsQuestions) {
   addServer(10, kNode, 7200);
   scan();
