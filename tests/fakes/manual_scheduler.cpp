@@ -25,9 +25,11 @@ void ManualScheduler::advance(double seconds) {
 }
 
 bool ManualScheduler::doWork() {
-  if (work_.empty()) return false;
-  Work work = std::move(work_.front());
-  work_.pop_front();
+  const auto next = std::find_if(work_.begin(), work_.end(),
+                                 [&](const Work& waiting) { return waiting.priority != standing; });
+  if (next == work_.end()) return false;
+  Work work = std::move(*next);
+  work_.erase(next);
   work.work();
   done_.push_back(std::move(work.then));
   return true;
@@ -42,8 +44,8 @@ void ManualScheduler::finishWork() {
 }
 
 void ManualScheduler::runBackground() {
-  while (doWork()) finishWork();
   finishWork();
+  while (doWork()) finishWork();
 }
 
 void ManualScheduler::runAfter(double seconds, std::function<void()> callback) {
@@ -53,7 +55,7 @@ void ManualScheduler::runAfter(double seconds, std::function<void()> callback) {
 void ManualScheduler::runInBackground(WorkPriority priority, std::function<void()> work,
                                       std::function<void()> then) {
   priorities.push_back(priority);
-  work_.push_back({.work = std::move(work), .then = std::move(then)});
+  work_.push_back({.priority = priority, .work = std::move(work), .then = std::move(then)});
 }
 
 }  // namespace embrix

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "base/scheduler.h"
@@ -23,7 +24,8 @@ class ManualScheduler final : public Scheduler {
   // moment in the order in which they were asked for; also those that they themselves ask for.
   void advance(double seconds);
 
-  // Does the oldest work that waits, and not yet what follows it. False when none waits.
+  // Does the oldest work that waits, and not yet what follows it. False when none waits but what
+  // stands still.
   bool doWork();
   // Calls back for all work that is done.
   void finishWork();
@@ -32,6 +34,8 @@ class ManualScheduler final : public Scheduler {
 
   std::size_t timersWaiting() const { return timers_.size(); }
   std::size_t workWaiting() const { return work_.size(); }
+  // Work of this priority stands still, as behind a slow disk; it keeps its place.
+  std::optional<WorkPriority> standing;
   // Of everything that was ever asked for, oldest first.
   std::vector<WorkPriority> priorities;
 
@@ -41,6 +45,7 @@ class ManualScheduler final : public Scheduler {
     std::function<void()> callback;
   };
   struct Work {
+    WorkPriority priority = WorkPriority::utility;
     std::function<void()> work;
     std::function<void()> then;
   };
