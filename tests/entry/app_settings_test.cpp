@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "host/memory_settings_store.h"
+#include "model/setting_keys.h"
 
 namespace embrix {
 namespace {

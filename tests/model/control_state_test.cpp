@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include "base/json.h"
-#include "model_world.h"
+#include "worlds/model_world.h"
 
 namespace embrix {
 namespace {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <string>
 
-#include "model_world.h"
+#include "worlds/model_world.h"
 
 namespace embrix {
 namespace {

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "frames.h"
+#include "worlds/frames.h"
 
 namespace embrix {
 namespace {

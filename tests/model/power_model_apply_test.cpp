@@ -3,7 +3,7 @@
 
 #include <fmt/format.h>
 
-#include "model_world.h"
+#include "worlds/model_world.h"
 
 namespace embrix {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <cerrno>
 
-#include "model_world.h"
+#include "worlds/model_world.h"
 
 namespace embrix {
 namespace {

@@ -4,7 +4,7 @@
 #include <cerrno>
 
 #include "model/process_identity.h"
-#include "model_world.h"
+#include "worlds/model_world.h"
 
 namespace embrix {
 namespace {

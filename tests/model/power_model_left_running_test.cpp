@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "model/left_running.h"
-#include "model_world.h"
+#include "worlds/model_world.h"
 
 namespace embrix {
 namespace {

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "model_world.h"
+#include "worlds/model_world.h"
 
 namespace embrix {
 namespace {

@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "model/wording.h"
-#include "model_world.h"
+#include "worlds/model_world.h"
 
 namespace embrix {
 namespace {

@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "frames.h"
+#include "worlds/frames.h"
 
 namespace embrix {
 namespace {

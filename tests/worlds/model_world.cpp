@@ -1,4 +1,4 @@
-#include "model_world.h"
+#include "worlds/model_world.h"
 
 #include <chrono>
 #include <cmath>

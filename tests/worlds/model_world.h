@@ -14,10 +14,10 @@
 #include "fakes/scripted_notifier.h"
 #include "fakes/scripted_process_control.h"
 #include "fakes/scripted_session.h"
-#include "frames.h"
 #include "host/memory_settings_store.h"
 #include "model/power_model.h"
 #include "model/setting_keys.h"
+#include "worlds/frames.h"
 
 namespace embrix {
 
