@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace embrix {
@@ -7,6 +8,9 @@ namespace embrix {
 class PowerLogSource {
  public:
   virtual ~PowerLogSource() = default;
+
+  // Bytes at the log's end that anybody looks at.
+  static constexpr std::size_t kMostBytes = std::size_t{16} << 20;
 
   // The system's log of sleep and wake, bytes as they come, oldest line first; empty when there is
   // none. Can take seconds: never called on the main or the sampling thread.

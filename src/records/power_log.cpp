@@ -10,6 +10,7 @@ namespace {
 // inside a character spoils no more than the three bytes after it. What is older cannot count among
 // the last characters and is not looked at.
 constexpr std::size_t kMostBytes = 4 * PowerLog::kLongestLog + 4;
+static_assert(kMostBytes <= PowerLogSource::kMostBytes);
 
 bool beginsCharacter(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;

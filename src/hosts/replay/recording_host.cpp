@@ -202,6 +202,8 @@ struct RecordedPowerLog final : Recorded<PowerLogSource> {
   using Recorded::Recorded;
   std::string read() override {
     std::string log = live->read();
+    // A log can hold more than a line of a recording.
+    if (log.size() > kMostBytes) log.erase(0, log.size() - kMostBytes);
     session->notePowerLog(log);
     return log;
   }

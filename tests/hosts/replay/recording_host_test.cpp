@@ -259,6 +259,22 @@ struct ConstantLog final : PowerLogSource {
   std::string read() override { return "log"; }
 };
 
+// 50 MB that are no UTF-8, and so a third longer in the recording.
+TEST(RecordingHostTest, OfALongPowerLogTheEndIsRecorded) {
+  ScriptedHost world;
+  world.powerLog = std::string(50'000'000, '\xED') + "\nend of the log\n";
+  const std::string recording = recordingOf(world, [](Host& host) {
+    host.clock->beginTick();
+    host.powerLog->read();
+  });
+  EXPECT_LT(recording.size(), 25'000'000u);
+  Replay replay = replayOf(recording);
+  replay.host.clock->beginTick();
+  const std::string log = replay.host.powerLog->read();
+  EXPECT_EQ(log.size(), PowerLogSource::kMostBytes);
+  EXPECT_TRUE(world.powerLog.ends_with(log));
+}
+
 TEST(RecordingHostTest, TheLogCanBeReadBesideTheTicks) {
   constexpr int kTicks = 500;
   const ScratchFolder folder;
