@@ -12,7 +12,8 @@ std::vector<PowerAssertion> AssertionReader::read() {
   for (const ProcessAssertions& process : source_.read()) {
     for (const PropertyMap& properties : process.assertions) {
       auto started = dateAt(properties, "AssertStartWhen");
-      if (started && !std::isfinite(*started)) started.reset();
+      const bool isDate = started && std::isfinite(*started) && *started >= 0;
+      if (!isDate) started.reset();
       auto processName = textAt(properties, "Process Name");
       if (!processName) processName = fmt::format("pid {}", process.pid);
       assertions.push_back({.pid = process.pid,

@@ -14,7 +14,8 @@ class AssertionReader {
   // `source` must outlive the reader.
   explicit AssertionReader(AssertionSource& source) : source_(source) {}
 
-  // Empty when unreadable. A hold with a malformed field is told with what it has.
+  // Empty when unreadable. A hold with a malformed field is told with what it has; a start before
+  // 1970 is one.
   std::vector<PowerAssertion> read();
 
  private:

@@ -25,7 +25,8 @@ std::vector<FanReader::Fan> FanReader::read() {
     const auto rpm = value(fmt::format("F{}Ac", i));
     if (!rpm) continue;
     const auto maximum = value(fmt::format("F{}Mx", i));
-    fans.push_back({.rpm = std::max(*rpm, 0.0), .maxRPM = std::max(maximum.value_or(0), 0.0)});
+    // In this order of arguments a zero has no sign.
+    fans.push_back({.rpm = std::max(0.0, *rpm), .maxRPM = std::max(0.0, maximum.value_or(0))});
   }
   return fans;
 }

@@ -7,12 +7,14 @@
 
 #include <fmt/format.h>
 
+#include "base/text.h"
+
 namespace embrix {
 
 namespace {
 
 std::string textOr(const std::optional<std::string>& text, std::string_view otherwise) {
-  return text && !text->empty() ? *text : std::string(otherwise);
+  return text && !text->empty() ? Text::repaired(*text) : std::string(otherwise);
 }
 
 // Both characters of `around` taken off as long as one stands at either end.

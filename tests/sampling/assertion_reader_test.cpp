@@ -66,10 +66,11 @@ TEST_F(AssertionReaderTest, AnEmptyProcessNameIsAName) {
   EXPECT_EQ(read(), (Assertions{{42, "", "", "", std::nullopt}}));
 }
 
-TEST_F(AssertionReaderTest, ADateThatIsNoNumberIsNoDate) {
-  world.assertions = {
-      {.pid = 42, .assertions = {{{"AssertStartWhen", PropertyDate{std::nan("")}}}}}};
-  EXPECT_EQ(read(), (Assertions{{42, "pid 42", "", "", std::nullopt}}));
+TEST_F(AssertionReaderTest, ADateThatIsNoNumberOrBefore1970IsNoDate) {
+  for (const double seconds : {std::nan(""), -1.0, -63e9, HUGE_VAL, -HUGE_VAL}) {
+    world.assertions = {{.pid = 42, .assertions = {{{"AssertStartWhen", PropertyDate{seconds}}}}}};
+    EXPECT_EQ(read(), (Assertions{{42, "pid 42", "", "", std::nullopt}})) << seconds;
+  }
 }
 
 }  // namespace

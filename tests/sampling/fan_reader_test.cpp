@@ -1,6 +1,7 @@
 #include "sampling/fan_reader.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <string>
@@ -115,6 +116,15 @@ TEST_F(FanReaderTest, ANegativeSpeedIsStandstill) {
   world.smcKeys = {{"FNum", ui8(1)}, {"F0Ac", flt(-12)}, {"F0Mx", flt(-1)}};
   FanReader reader(*host.smc);
   EXPECT_EQ(reader.read(), (Fans{{0, 0}}));
+}
+
+TEST_F(FanReaderTest, StandstillHasNoSign) {
+  world.smcKeys = {{"FNum", ui8(1)}, {"F0Ac", flt(-0.0F)}, {"F0Mx", flt(-0.0F)}};
+  FanReader reader(*host.smc);
+  const Fans fans = reader.read();
+  ASSERT_EQ(fans.size(), 1u);
+  EXPECT_FALSE(std::signbit(fans[0].rpm));
+  EXPECT_FALSE(std::signbit(fans[0].maxRPM));
 }
 
 TEST_F(FanReaderTest, ASpeedThatIsNoNumberIsUnreadable) {

@@ -49,6 +49,14 @@ TEST(MacInfoTest, AnEmptyNameOrChipCountsAsUnreadable) {
   EXPECT_EQ(info.chip, "Apple silicon");
 }
 
+TEST(MacInfoTest, BytesThatAreNoUTF8AreReplaced) {
+  const auto info = MacInfo::from(
+      {.productName = "Mac\xFF", .chip = "Apple \xE2\x82", .systemName = "", .model = "\xC3("});
+  EXPECT_EQ(info.name, "Mac\uFFFD");
+  EXPECT_EQ(info.chip, "Apple \uFFFD");
+  EXPECT_EQ(info.model, "\uFFFD(");
+}
+
 TEST(MacInfoTest, NegativeCoreCountsCountAsUnknown) {
   const auto info =
       MacInfo::from({.performanceCores = -1, .efficiencyCores = -2, .systemName = ""});
