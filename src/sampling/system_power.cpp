@@ -6,9 +6,11 @@
 namespace embrix {
 
 std::optional<std::int32_t> electricalAt(const PropertyMap& properties, std::string_view key) {
-  using Range = std::numeric_limits<std::int32_t>;
   const auto number = integerAt(properties, key);
-  if (!number || *number < Range::min() || *number > Range::max()) return std::nullopt;
+  if (!number || *number < std::numeric_limits<std::int32_t>::min() ||
+      *number > std::numeric_limits<std::uint32_t>::max()) {
+    return std::nullopt;
+  }
   return static_cast<std::int32_t>(*number);
 }
 

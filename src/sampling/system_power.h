@@ -11,8 +11,9 @@
 namespace embrix {
 
 // A capacity, voltage, current or power as the registry has it, in thousandths (milliampere-hours,
-// millivolts, milliamperes, milliwatts). Absent when missing, of another type, or beyond 32 bits:
-// that is two million volts or watts, and such a number is a counter gone wrong.
+// millivolts, milliamperes, milliwatts). A negative number that arrives as an unsigned one of 32
+// bits is negative again. Absent when missing, of another type, or beyond 32 bits: that is millions
+// of volts or watts, and such a number is a counter gone wrong.
 std::optional<std::int32_t> electricalAt(const PropertyMap& properties, std::string_view key);
 
 // `Voltage` in millivolts. A voltage below zero is absent too.

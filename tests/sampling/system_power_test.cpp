@@ -111,6 +111,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"ANegativeCurrentPrintedAsUnsigned",
              onBattery({{"Voltage", 12336}, {"Amperage", fromUnsigned(18446744073709551543ULL)}}),
              12336 * 73 / 1e6},
+        Case{"ANegativeCurrentPrintedAsUnsignedOf32Bits",
+             onBattery({{"Voltage", 12000}, {"InstantAmperage", std::int64_t{4294966296}}}), 12.0},
         Case{"WithoutAVoltageACurrentTellsNothing", onBattery({{"Amperage", -1000}}), std::nullopt},
         Case{"NotToldWhetherOnTheAdapter", battery({}, 12000, -1000), 12.0},
         Case{"NothingAtAll", {}, std::nullopt}),
@@ -138,6 +140,13 @@ INSTANTIATE_TEST_SUITE_P(
              2147483647.0 * 2147483648.0 / 1e6},
         Case{"NumbersBeyond32BitsAreNotMeasured",
              onBattery({{"Voltage", kLargest}, {"Amperage", -kLargest}}), std::nullopt},
+        Case{"AVoltageAbove31BitsIsNotMeasured",
+             onBattery({{"Voltage", std::int64_t{4294955296}}, {"Amperage", 1000}}), std::nullopt},
+        Case{"ACurrentJustBeyond32BitsFallsBack",
+             onBattery({{"Voltage", 12000},
+                        {"InstantAmperage", std::int64_t{4294967296}},
+                        {"Amperage", -500}}),
+             6.0},
         Case{"ANegativeVoltageIsNotMeasured", battery(onBattery(), -12000, 1000), std::nullopt}),
     label);
 
