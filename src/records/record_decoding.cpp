@@ -1,5 +1,6 @@
 #include "records/record_decoding.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -46,10 +47,13 @@ bool read(const element& value, int& number) {
   return true;
 }
 
+// The largest sample, in the digits that it is written in, is a double a little above it.
 bool read(const element& value, float& number) {
+  constexpr double kLargest = std::numeric_limits<float>::max();
+  constexpr double kRoundsToInfinity = 0x1.ffffffp127;
   double wide = 0;
-  if (!read(value, wide) || std::abs(wide) > std::numeric_limits<float>::max()) return false;
-  number = static_cast<float>(wide);
+  if (!read(value, wide) || std::abs(wide) >= kRoundsToInfinity) return false;
+  number = static_cast<float>(std::clamp(wide, -kLargest, kLargest));
   return true;
 }
 
@@ -93,9 +97,11 @@ bool read(const element& value, SharedMap<Value>& map, SharedKeys& keys,
   std::vector<typename SharedMap<Value>::Entry> entries;
   entries.reserve(fields.size());
   for (const auto& field : fields) {
-    const auto* const guess = previous.begin() + entries.size();
-    const bool isRight = entries.size() < previous.size() && guess->key == field.key;
-    entries.push_back({isRight ? guess->key : keys.shared(field.key), Value()});
+    const std::size_t place = entries.size();
+    const SharedText* const guess =
+        place < previous.size() ? &previous.begin()[place].key : nullptr;
+    const bool isRight = guess != nullptr && *guess == std::string_view(field.key);
+    entries.push_back({isRight ? *guess : keys.shared(field.key), Value()});
     if (!read(field.value, entries.back().value)) return false;
   }
   map = SharedMap<Value>(std::move(entries));

@@ -3,6 +3,8 @@
 #include <sys/stat.h>
 #include <filesystem>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -104,6 +106,44 @@ TEST(WholeFileTest, APathWithoutFolderIsBelowTheWorkingFolder) {
   EXPECT_TRUE(writeFileAtomically("file", "new"));
   fs::current_path(before);
   EXPECT_EQ(folder.read("file"), "new");
+}
+
+TEST(WholeFileTest, PiecesAreWrittenOneBehindTheOther) {
+  const ScratchFolder folder;
+  const std::string long1(100'000, 'x');
+  const std::vector<std::string_view> pieces = {"[", "", long1, "]"};
+  EXPECT_TRUE(writeFileAtomically(folder / "file", pieces));
+  EXPECT_EQ(folder.read("file"), "[" + long1 + "]");
+  EXPECT_TRUE(writeFileAtomically(folder / "file", std::vector<std::string_view>()));
+  EXPECT_EQ(folder.read("file"), "");
+}
+
+TEST(WholeFileTest, ADiskThatFillsUpBetweenPiecesLeavesTheOldFile) {
+  const ScratchFolder folder;
+  folder.write("file", "old");
+  {
+    const FullDisk disk(10);
+    const std::vector<std::string_view> pieces = {"12345", "67890", "1"};
+    EXPECT_FALSE(writeFileAtomically(folder / "file", pieces));
+  }
+  EXPECT_EQ(folder.read("file"), "old");
+  EXPECT_THAT(folder.names(), ElementsAre("file"));
+}
+
+TEST(WholeFileTest, WhatKilledRunsLeftHalfWrittenIsRemovedAndNothingElse) {
+  const ScratchFolder folder;
+  for (const char* name :
+       {"file", "file.new-a1B2c3", "file.new-zzzzzz", "file.backup", "file.backup12345",
+        "file.new-", "file.new-1234567", "other.new-a1B2c3", "xfile.new-a1B2c3"}) {
+    folder.write(name, "bytes");
+  }
+  fs::create_directory(folder / "file.new-folder");
+  removeHalfWritten(folder / "file");
+  EXPECT_THAT(folder.names(),
+              UnorderedElementsAre("file", "file.backup", "file.backup12345", "file.new-",
+                                   "file.new-1234567", "file.new-folder", "other.new-a1B2c3",
+                                   "xfile.new-a1B2c3"));
+  removeHalfWritten(folder / "missing/file");
 }
 
 }  // namespace
