@@ -125,8 +125,10 @@ std::unique_ptr<SettingsStore> FileSettingsStores::open(const std::string& suite
 
 bool FileSettingsStores::hasSettings(const std::string& suite) {
   const auto path = pathOf(suite);
-  const auto values = path ? readObject(*path) : std::nullopt;
-  return values && !values->empty();
+  std::error_code error;
+  if (!path || !std::filesystem::exists(*path, error)) return false;
+  const auto values = readObject(*path);
+  return !values || !values->empty();
 }
 
 void FileSettingsStores::copySettings(const std::string& from, const std::string& to) {

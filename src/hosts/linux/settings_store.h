@@ -42,6 +42,7 @@ class FileSettingsStores final : public SettingsStores {
   // "settings.json" for the program's own, else the suite's name with ".json" behind it. Null for a
   // name that would lead out of the folder.
   std::unique_ptr<SettingsStore> open(const std::string& suite) override;
+  // True of a damaged file, too: nothing is to be put in its place.
   bool hasSettings(const std::string& suite) override;
   void copySettings(const std::string& from, const std::string& to) override;
 

@@ -256,6 +256,45 @@ TEST_F(FileSettingsStoreTest, NothingIsLeftBesideTheFile) {
   EXPECT_EQ(std::distance(fs::directory_iterator(folder_ / "embrix"), {}), 1);
 }
 
+TEST_F(FileSettingsStoreTest, ASuiteHasSettingsFromItsFirstKeyOn) {
+  FileSettingsStores stores(folder_ / "embrix");
+  EXPECT_FALSE(stores.hasSettings(""));
+  EXPECT_FALSE(stores.hasSettings("other"));
+  EXPECT_FALSE(stores.hasSettings("../other"));
+  stores.open("other")->set("appearance", text("dark"));
+  EXPECT_FALSE(stores.hasSettings(""));
+  EXPECT_TRUE(stores.hasSettings("other"));
+  stores.open("other")->remove("appearance");
+  EXPECT_FALSE(stores.hasSettings("other"));
+}
+
+TEST_F(FileSettingsStoreTest, ADamagedFileCountsAsSettings) {
+  writeFile("{\"appear");
+  EXPECT_TRUE(FileSettingsStores(folder_ / "embrix").hasSettings(""));
+  EXPECT_EQ(file(), "{\"appear");
+}
+
+TEST_F(FileSettingsStoreTest, SettingsAreCopiedWithWhateverTheyHoldAndStay) {
+  fs::create_directory(folder_ / "embrix");
+  folder_.write("embrix/former.json", R"({"appearance":"dark","last check":{"date":[1,null]}})");
+  FileSettingsStores stores(folder_ / "embrix");
+  stores.copySettings("former", "");
+  EXPECT_EQ(parseJson(file()), parseJson(folder_.read("embrix/former.json")));
+  EXPECT_EQ(stores.open("")->stored("appearance"), text("dark"));
+}
+
+TEST_F(FileSettingsStoreTest, WhatCannotBeCopiedChangesNothing) {
+  writeFile(R"({"appearance":"dark"})");
+  folder_.write("embrix/damaged.json", "{");
+  FileSettingsStores stores(folder_ / "embrix");
+  stores.copySettings("missing", "");
+  stores.copySettings("damaged", "");
+  stores.copySettings("../former", "");
+  stores.copySettings("", "../former");
+  EXPECT_EQ(file(), R"({"appearance":"dark"})");
+  EXPECT_FALSE(folder_.has("former.json"));
+}
+
 TEST(SettingsFolderTest, FollowsTheVariableOrTheHomeFolder) {
   const struct {
     std::string label;

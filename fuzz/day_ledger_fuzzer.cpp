@@ -1,0 +1,12 @@
+// Any bytes as the file of today's ledger.
+#include <string>
+
+#include "record_round_trip.h"
+#include "records/record_decoding.h"
+#include "records/record_encoding.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace embrix;
+  checkRoundTrip(data, size, ledgerOfJson, [](const DayLedger& ledger) { return jsonOf(ledger); });
+  return 0;
+}
