@@ -19,7 +19,7 @@ struct Core {
   bool isAtom = false;
 };
 
-std::vector<Core> coresOf(const std::string& root) {
+std::vector<Core> physicalCores(const std::string& root) {
   const std::string directory = belowRoot(root, "/sys/devices/system/cpu");
   const auto atoms =
       parseCpuList(readSystemLine(belowRoot(root, "/sys/devices/cpu_atom/cpus")).value_or(""));
@@ -52,6 +52,20 @@ std::int64_t efficiencyCapacity(const std::vector<Core>& cores) {
   return least->capacity + least->capacity / 10;
 }
 
+// Which of the cores are efficiency cores, in their order.
+std::vector<bool> efficientOnes(const std::vector<Core>& cores) {
+  std::vector<bool> isEfficient;
+  if (cores.empty()) return isEfficient;
+  const bool hasAtoms =
+      std::any_of(cores.begin(), cores.end(), [](const Core& core) { return core.isAtom; });
+  const std::int64_t limit = efficiencyCapacity(cores);
+  isEfficient.reserve(cores.size());
+  for (const Core& core : cores) {
+    isEfficient.push_back(hasAtoms ? core.isAtom : core.capacity <= limit);
+  }
+  return isEfficient;
+}
+
 }  // namespace
 
 std::vector<int> parseCpuList(std::string_view text) {
@@ -75,17 +89,32 @@ std::vector<int> parseCpuList(std::string_view text) {
 }
 
 std::optional<CoreCounts> countCores(const std::string& root) {
-  const std::vector<Core> cores = coresOf(root);
+  const std::vector<Core> cores = physicalCores(root);
   if (cores.empty()) return std::nullopt;
-  const bool hasAtoms =
-      std::any_of(cores.begin(), cores.end(), [](const Core& core) { return core.isAtom; });
-  const std::int64_t limit = efficiencyCapacity(cores);
   CoreCounts counts;
-  for (const Core& core : cores) {
-    const bool isEfficient = hasAtoms ? core.isAtom : core.capacity <= limit;
+  for (const bool isEfficient : efficientOnes(cores)) {
     ++(isEfficient ? counts.efficiency : counts.performance);
   }
   return counts;
+}
+
+CpuCores coresOf(const std::string& root) {
+  const std::vector<Core> cores = physicalCores(root);
+  std::vector<bool> isCalm = efficientOnes(cores);
+  if (std::find(isCalm.begin(), isCalm.end(), true) == isCalm.end()) {
+    const std::size_t calm = std::max<std::size_t>(cores.size() / 4, 1);
+    for (std::size_t i = 0; i < cores.size(); ++i) isCalm[i] = i + calm >= cores.size();
+  }
+  CpuCores numbers;
+  for (std::size_t i = 0; i < cores.size(); ++i) {
+    for (const int thread : parseCpuList(cores[i].threads)) {
+      numbers.online.push_back(thread);
+      if (isCalm[i]) numbers.calm.push_back(thread);
+    }
+  }
+  std::sort(numbers.online.begin(), numbers.online.end());
+  std::sort(numbers.calm.begin(), numbers.calm.end());
+  return numbers;
 }
 
 }  // namespace embrix

@@ -4,14 +4,14 @@
 #include <time.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
+
+#include "hosts/linux/bus_address.h"
 
 namespace embrix {
 
 namespace {
 
-constexpr const char* kSystemBus = "unix:path=/run/dbus/system_bus_socket";
 // A login service holds a few dozen at most; what claims more is not one.
 constexpr std::size_t kMostInhibitors = 4096;
 
@@ -31,11 +31,6 @@ std::uint64_t now() {
 std::uint64_t until(std::uint64_t deadline) {
   const std::uint64_t present = now();
   return deadline > present ? deadline - present : 0;
-}
-
-std::string systemBusAddress() {
-  const char* const address = std::getenv("DBUS_SYSTEM_BUS_ADDRESS");
-  return address == nullptr || *address == '\0' ? kSystemBus : address;
 }
 
 std::optional<std::vector<LogindInhibitor>> parseReply(sd_bus_message* reply) {

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "hosts/linux/boot_time.h"
 #include "hosts/linux/number_scan.h"
 #include "hosts/linux/proc_records.h"
 #include "hosts/linux/run_clock.h"
@@ -36,10 +37,8 @@ LinuxProcessSource::LinuxProcessSource(const std::string& procRoot, const Option
             .tickNS = 1'000'000'000 / configured(_SC_CLK_TCK),
             .pageSize = configured(_SC_PAGESIZE),
             .hasRunClocks = tellsOwnPids(procRoot)},
-      packageEnergyFile_(options.packageEnergyFile) {
-  // The line of interrupts before the boot time can be longer than a tick's files ever are.
-  if (const auto text = files_.readWhole("stat")) bootTime_ = parseBootTime(*text).value_or(0);
-}
+      packageEnergyFile_(options.packageEnergyFile),
+      bootTime_(bootTime(procRoot)) {}
 
 void LinuxProcessSource::read(std::vector<RawProcess>& table) {
   ++view_.tick;
@@ -57,7 +56,7 @@ void LinuxProcessSource::read(std::vector<RawProcess>& table) {
     to.pid = from.pid();
     to.ppid = rows_[i].ppid;
     to.uid = from.uid();
-    to.startTime = bootTime_ + from.startTicks() * view_.tickNS / 1'000'000'000;
+    to.startTime = startTimeOf(bootTime_, from.startTicks());
     to.commandName = from.commandName();
     to.usage = RawUsage{.userTime = from.cpuNS(),
                         .packageIdleWakeups = from.wakeups(),

@@ -56,7 +56,7 @@ class LinuxProcessSource final : public ProcessSource {
   ProcFiles files_;
   ProcView view_;
   std::string packageEnergyFile_;
-  std::uint64_t bootTime_ = 0;  // seconds since 1970; read once, so that start times stand still
+  std::uint64_t bootTime_;  // seconds since 1970; read once, so that start times stand still
   EnergyEstimate estimate_;
 
   KeptFile loadAverage_;

@@ -111,5 +111,37 @@ TEST_F(CpuCoresTest, WithoutTopologyThereIsNoCount) {
   EXPECT_EQ(counts(), std::nullopt);
 }
 
+TEST_F(CpuCoresTest, OnAHybridChipCalmMeansItsEfficiencyCores) {
+  for (int cpu = 0; cpu < 4; ++cpu) put(cpu, fmt::format("{}-{}", cpu / 2 * 2, cpu / 2 * 2 + 1));
+  for (int cpu = 4; cpu < 8; ++cpu) put(cpu, fmt::format("{}", cpu));
+  tree.write("sys/devices/cpu_atom/cpus", "4-7\n");
+  EXPECT_EQ(coresOf(tree.root()).calm, (std::vector<int>{4, 5, 6, 7}));
+  EXPECT_EQ(coresOf(tree.root()).online, (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7}));
+}
+
+TEST_F(CpuCoresTest, EfficiencyCoresMayStandFirst) {
+  for (int cpu = 0; cpu < 4; ++cpu) put(cpu, fmt::format("{}", cpu), cpu < 2 ? "400" : "1024");
+  EXPECT_EQ(coresOf(tree.root()).calm, (std::vector<int>{0, 1}));
+}
+
+TEST_F(CpuCoresTest, WhereAllCoresAreAlikeCalmMeansTheLastQuarterWithAllThreads) {
+  for (int cpu = 0; cpu < 16; ++cpu) put(cpu, fmt::format("{},{}", cpu % 8, cpu % 8 + 8), "1024");
+  EXPECT_EQ(coresOf(tree.root()).calm, (std::vector<int>{6, 7, 14, 15}));
+}
+
+TEST_F(CpuCoresTest, OneCoreAtLeastIsForCalm) {
+  put(0, "0");
+  EXPECT_EQ(coresOf(tree.root()).calm, std::vector<int>{0});
+  put(1, "1");
+  EXPECT_EQ(coresOf(tree.root()).calm, std::vector<int>{1});
+  put(2, "2");
+  EXPECT_EQ(coresOf(tree.root()).calm, std::vector<int>{2});
+}
+
+TEST_F(CpuCoresTest, WithoutTopologyThereAreNoCores) {
+  EXPECT_TRUE(coresOf(tree.root()).calm.empty());
+  EXPECT_TRUE(coresOf(tree.root()).online.empty());
+}
+
 }  // namespace
 }  // namespace embrix

@@ -49,7 +49,15 @@ class PrivateBus {
     posix_spawn_file_actions_t actions;
     ::posix_spawn_file_actions_init(&actions);
     ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    const int error = ::posix_spawnp(&pid_, "dbus-daemon", &actions, nullptr, words, environ);
+    // It ends by a signal, also when the test's own program blocks those.
+    posix_spawnattr_t attributes;
+    ::posix_spawnattr_init(&attributes);
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::posix_spawnattr_setsigmask(&attributes, &none);
+    ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK);
+    const int error = ::posix_spawnp(&pid_, "dbus-daemon", &actions, &attributes, words, environ);
+    ::posix_spawnattr_destroy(&attributes);
     ::posix_spawn_file_actions_destroy(&actions);
     ::close(ends[1]);
     if (error != 0) throw std::runtime_error("dbus-daemon is not installed");

@@ -1,0 +1,61 @@
+// The main thread's loop on a live Linux machine, an sd-event loop.
+//
+// SIGTERM, SIGINT and SIGHUP end it as quit() does, but one that was ignored when the loop was
+// made, as nohup and shells in the background arrange it. From the making of the loop to its end
+// these signals are blocked, and threads started in that time inherit it: there must be no other
+// thread before.
+#pragma once
+
+#include <systemd/sd-event.h>
+
+#include <csignal>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "host/session.h"
+#include "hosts/linux/event_scheduler.h"
+
+namespace embrix {
+
+class LinuxEventLoop final : public EventLoop {
+ public:
+  LinuxEventLoop();
+  ~LinuxEventLoop() override;
+  LinuxEventLoop(const LinuxEventLoop&) = delete;
+  LinuxEventLoop& operator=(const LinuxEventLoop&) = delete;
+
+  Scheduler& scheduler() override { return *scheduler_; }
+  void run() override;
+  void quit() override { isOver_ = true; }
+
+  // Called once, when the loop has ended and before run() returns, in the order given.
+  void onEnd(std::function<void()> callback) { endings_.push_back(std::move(callback)); }
+
+  // What the descriptors and buses of the session are attached to.
+  sd_event* event() const { return event_.get(); }
+
+  // For another loop that turns this one, such as a desktop toolkit's, in place of run(): it calls
+  // prepare(), waits until the descriptor is readable unless that said true, calls turn(), and so
+  // on until isOver(); then end().
+  int descriptor() const { return sd_event_get_fd(event_.get()); }
+  bool prepare();  // whether something is due already
+  void turn();     // does what is due and never waits
+  bool isOver() const { return isOver_; }
+  void end();
+
+ private:
+  struct DropEvent {
+    void operator()(sd_event* event) const { sd_event_unref(event); }
+  };
+
+  void takeSignals();
+
+  sigset_t taken_{};  // the signals that end the loop
+  std::unique_ptr<sd_event, DropEvent> event_;
+  std::unique_ptr<EventScheduler> scheduler_;
+  std::vector<std::function<void()>> endings_;
+  bool isOver_ = false;
+};
+
+}  // namespace embrix
