@@ -234,7 +234,8 @@ ReplayResult replayOf(std::unique_ptr<std::istream> bytes, const std::string& na
   return Replay{.host = hostOf(*header, session),
                 .ticks = ticks,
                 .tornLastLine = isTorn,
-                .finished = [session] { return session->finished(); }};
+                .finished = [session] { return session->finished(); },
+                .moment = [session] { return session->moment(); }};
 }
 
 }  // namespace

@@ -15,6 +15,7 @@
 
 #include "host/host.h"
 #include "hosts/replay/recording_format.h"
+#include "hosts/replay/replayed_moment.h"
 
 namespace embrix {
 
@@ -24,6 +25,8 @@ struct Replay {
   bool tornLastLine = false;  // a last line that was cut short is left out of them
   // Whether the last tick has begun. Callable on any thread, also after the host is gone.
   std::function<bool()> finished;
+  // When it is there. Callable like the other.
+  std::function<ReplayedMoment()> moment;
 };
 
 using ReplayResult = std::variant<Replay, RecordingProblem>;

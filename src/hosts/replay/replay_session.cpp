@@ -23,17 +23,28 @@ std::optional<RecordingProblem> ReplayedTicks::enter(RecordedTick next) {
 ReplaySession::ReplaySession(const RecordingHeader& header, std::unique_ptr<RecordingReader> reader,
                              std::uint64_t ticks)
     : reader_(std::move(reader)), ticks_(ticks), state_(header) {
-  first_ = reader_->tick();
-  if (first_ && first_->number == 0) state_.enter(*std::exchange(first_, std::nullopt));
+  next_ = reader_->tick();
+  // What stands before the first tick.
+  if (next_ && next_->number == 0) {
+    state_.enter(std::move(*next_));
+    next_ = reader_->tick();
+  }
 }
 
 void ReplaySession::beginTick() {
   const std::lock_guard lock(mutex_);
   if (begun_ == ticks_) return;
-  auto next = first_ ? std::exchange(first_, std::nullopt) : reader_->tick();
   // A file that lost its lines since they were read through ends here.
-  const bool isOver = !next || state_.enter(std::move(*next));
+  const bool isOver = !next_ || state_.enter(std::move(*next_));
   begun_ = isOver ? ticks_ : begun_ + 1;
+  next_ = begun_ == ticks_ ? std::nullopt : reader_->tick();
+}
+
+ReplayedMoment ReplaySession::moment() const {
+  const std::lock_guard lock(mutex_);
+  ReplayedMoment moment{.uptime = state_.uptime, .wallTime = state_.wallTime, .nextUptime = {}};
+  if (next_ && !next_->uptime.empty()) moment.nextUptime = next_->uptime.front();
+  return moment;
 }
 
 bool ReplaySession::finished() const {

@@ -10,6 +10,7 @@
 
 #include "hosts/replay/known_answers.h"
 #include "hosts/replay/recording_reader.h"
+#include "hosts/replay/replayed_moment.h"
 
 namespace embrix {
 
@@ -37,6 +38,7 @@ class ReplaySession {
 
   void beginTick();
   bool finished() const;
+  ReplayedMoment moment() const;
 
   double uptime();
   double wallTime();
@@ -76,7 +78,7 @@ class ReplaySession {
   std::unique_ptr<RecordingReader> reader_;
   const std::uint64_t ticks_;
   std::uint64_t begun_ = 0;
-  std::optional<RecordedTick> first_;  // read ahead, to see whether anything stands before it
+  std::optional<RecordedTick> next_;  // read ahead; absent when no tick is left
   ReplayedTicks state_;
 };
 
