@@ -1,0 +1,157 @@
+#include "surfaces/mascot.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace embrix {
+
+namespace {
+
+// Seconds.
+constexpr double kBlend = 0.7;
+constexpr double kMoodHop = 0.45;
+constexpr double kReliefHop = 0.5;
+constexpr double kRelief = 2.2;
+constexpr double kSquash = 0.5;
+constexpr double kReaction = 0.9;
+constexpr double kRise = 0.18;
+constexpr double kHover = 0.25;
+constexpr double kTapsTogether = 1.2;
+constexpr double kIdleBeforeSleep = 600;
+constexpr double kFallingAsleep = 2.5;
+// A display's frame, and one that still shows a breath and a swing without steps: at 104 points
+// nothing but a blink, a shiver and what clicks do moves further than a third of a point in it.
+constexpr double kQuickFrame = 1.0 / 60;
+constexpr double kSlowFrame = 1.0 / 20;
+
+constexpr double kGazeReach = 140;  // points, where the pupils are at their limit
+
+double smoothstep(double u) {
+  return u * u * (3 - 2 * u);
+}
+
+// Up to 1 in kRise, then down to 0 at `end`; 0 outside.
+double pulse(double elapsed, double end) {
+  if (elapsed < 0 || elapsed > end) return 0;
+  return elapsed < kRise ? elapsed / kRise : 1 - (elapsed - kRise) / (end - kRise);
+}
+
+bool isWithin(double elapsed, double end) {
+  return elapsed >= 0 && elapsed <= end;
+}
+
+double sleepiness(MascotMood mood, const Mascot::Surroundings& surroundings) {
+  if (mood == MascotMood::stressed || surroundings.steaming || !surroundings.idle) return 0;
+  return std::clamp((*surroundings.idle - kIdleBeforeSleep) / kFallingAsleep, 0.0, 1.0);
+}
+
+Point look(Point gaze) {
+  const double d = std::hypot(gaze.x, gaze.y);
+  const double k = d >= 1 ? std::min(d / kGazeReach, 1.0) : 1 / kGazeReach;
+  const double m = std::max(d, 1.0);
+  return {k * gaze.x / m * 3, k * gaze.y / m * 2.5};
+}
+
+}  // namespace
+
+void Mascot::setMood(Mood mood, double now) {
+  if (mood == mood_) return;
+  blendFrom_ = mood_;
+  blendStart_ = now;
+  mood_ = mood;
+}
+
+void Mascot::setHovering(bool hovering, double now) {
+  if (hovering && !isHovering_) hoverStart_ = now;
+  isHovering_ = hovering;
+}
+
+void Mascot::tap(double now) {
+  std::erase_if(taps_, [now](double tap) { return now - tap >= kTapsTogether; });
+  taps_.push_back(now);
+  Reaction reaction = Reaction::giggle;
+  if (taps_.size() == 2) reaction = Reaction::wink;
+  if (taps_.size() > 2) {
+    taps_.clear();
+    reaction = Reaction::surprise;
+  }
+  reacting_ = {reaction, now};
+}
+
+std::optional<Mascot::Reaction> Mascot::reaction() const {
+  if (!reacting_) return std::nullopt;
+  return reacting_->reaction;
+}
+
+Mascot::Pose Mascot::pose(double now, const Surroundings& surroundings) const {
+  using std::numbers::pi;
+  Pose pose = Pose::of(mood_, now + seed_);
+  if (isHovering_) pose.eyeScale += 0.18 * std::min((now - hoverStart_) / kHover, 1.0);
+  if (blendFrom_ && now - blendStart_ < kMoodHop) {
+    pose.dy += 6 * std::sin(-pi * (now - blendStart_) / kMoodHop);
+  }
+  if (surroundings.relief && isWithin(now - *surroundings.relief, kReliefHop)) {
+    pose.dy += 7 * std::sin(-2 * pi * (now - *surroundings.relief));
+  }
+  if (reacting_ && isWithin(now - reacting_->start, kSquash)) {
+    const double amount = reacting_->reaction == Reaction::surprise ? -0.08 : 0.07;
+    pose.squash += std::sin(2 * pi * (now - reacting_->start)) * amount;
+  }
+  if (surroundings.gaze) pose.look = look(*surroundings.gaze);
+  if (surroundings.steaming) pose.steam = 1;
+  return pose;
+}
+
+Mascot::Features Mascot::features(double now, const Surroundings& surroundings) const {
+  Features face = Features::of(mood_);
+  if (blendFrom_) {
+    const double u = std::clamp((now - blendStart_) / kBlend, 0.0, 1.0);
+    face = Features::mix(Features::of(*blendFrom_), face, smoothstep(u));
+  }
+  if (surroundings.relief) {
+    const double amount = pulse(now - *surroundings.relief, kRelief);
+    if (amount > 0) face = Features::mix(face, Features::of(Mood::relieved), amount);
+  }
+  const double asleep = sleepiness(mood_, surroundings);
+  if (asleep > 0) face = Features::mix(face, face.asleep(), asleep);
+  if (reacting_) {
+    const double amount = pulse(now - reacting_->start, kReaction);
+    if (amount > 0) {
+      switch (reacting_->reaction) {
+        case Reaction::giggle:
+          face.happyEyes = std::max(face.happyEyes, amount);
+          break;
+        case Reaction::wink:
+          face.wink = amount;
+          break;
+        case Reaction::surprise:
+          face.surprise = amount;
+          break;
+      }
+    }
+  }
+  return face;
+}
+
+bool Mascot::isQuick(double now, const Surroundings& surroundings) const {
+  const double asleep = sleepiness(mood_, surroundings);
+  return (isHovering_ && now - hoverStart_ < kHover) ||
+         (blendFrom_ && now - blendStart_ < kBlend) ||
+         (surroundings.relief && isWithin(now - *surroundings.relief, kRelief)) ||
+         (reacting_ && isWithin(now - reacting_->start, kReaction)) || (asleep > 0 && asleep < 1) ||
+         Pose::of(mood_, now + seed_).shake != 0 || Pose::nextBlink(now + seed_) <= now + seed_;
+}
+
+double Mascot::untilNextFrame(double now, const Surroundings& surroundings) const {
+  if (isQuick(now, surroundings)) return kQuickFrame;
+  const double blink = std::max(Pose::nextBlink(now + seed_) - (now + seed_), kQuickFrame);
+  const bool isStill =
+      mood_ == Mood::logo && !surroundings.steaming && sleepiness(mood_, surroundings) == 0;
+  if (!isStill) return std::min(blink, kSlowFrame);
+  // Falling asleep begins without a word from anybody.
+  if (!surroundings.idle) return blink;
+  return std::clamp(kIdleBeforeSleep - *surroundings.idle, kQuickFrame, blink);
+}
+
+}  // namespace embrix
