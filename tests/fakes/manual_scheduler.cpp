@@ -24,6 +24,14 @@ void ManualScheduler::advance(double seconds) {
   moveTo(end);
 }
 
+bool ManualScheduler::advanceToNext() {
+  if (timers_.empty()) return false;
+  double due = timers_.front().due;
+  for (const Timer& timer : timers_) due = std::min(due, timer.due);
+  advance(std::max(due - up, 0.0));
+  return true;
+}
+
 bool ManualScheduler::doWork() {
   const auto next = std::find_if(work_.begin(), work_.end(),
                                  [&](const Work& waiting) { return waiting.priority != standing; });

@@ -24,6 +24,9 @@ class ManualScheduler final : public Scheduler {
   // moment in the order in which they were asked for; also those that they themselves ask for.
   void advance(double seconds);
 
+  // Lets time go by up to the next callback, and calls back. False when none is to come.
+  bool advanceToNext();
+
   // Does the oldest work that waits, and not yet what follows it. False when none waits but what
   // stands still.
   bool doWork();

@@ -32,7 +32,7 @@ class PowerModelAlertsTest : public testing::Test {
     date += 10;
   }
 
-  ModelWorld world;
+  ModelWorld world{Records::dropped};
   PowerModel& model = world.model();
   double date = kMorning;
   std::optional<BatteryReading> battery;

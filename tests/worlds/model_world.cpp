@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <stdexcept>
 #include <utility>
 
 namespace embrix {
@@ -14,7 +15,8 @@ CivilDate greenwichDate(double date) {
           .day = static_cast<int>(static_cast<unsigned>(civil.day()))};
 }
 
-ModelWorld::ModelWorld() {
+ModelWorld::ModelWorld(Records records) {
+  if (records == Records::kept) store.directory = folder / "Embrix";
   scheduler.wall = kMorning;
   // What the program registers at its launch.
   defaults.registerDefault(SettingKeys::kSampleInterval, 2.0);
@@ -65,14 +67,14 @@ PowerModel& ModelWorld::start() {
 }
 
 void ModelWorld::letSample(std::optional<Frame> frame) {
-  constexpr double kStep = 0.5;  // seconds; no pause is shorter
+  constexpr double kLatest = 1e11;  // a frame may tell any date; the clock of a machine may not
   const std::optional<double> date = frame ? std::optional(frame->date) : std::nullopt;
   frames_.push_back(std::move(frame));
   while (true) {
-    if (date) scheduler.wall = *date;
+    if (date && std::abs(*date) < kLatest) scheduler.wall = *date;
     scheduler.runBackground();
     if (frames_.empty()) return;
-    scheduler.advance(kStep);
+    if (!scheduler.advanceToNext()) throw std::logic_error("nobody samples");
   }
 }
 

@@ -28,9 +28,14 @@ CivilDate greenwichDate(double date);
 inline constexpr double kMidnight = 1'749'945'600;
 inline constexpr double kMorning = kMidnight + 9 * 3600;
 
+enum class Records {
+  kept,
+  dropped,  // saves fail at once, which spares a long run the disk
+};
+
 class ModelWorld {
  public:
-  ModelWorld();
+  explicit ModelWorld(Records records = Records::kept);
   ModelWorld(const ModelWorld&) = delete;
   ModelWorld& operator=(const ModelWorld&) = delete;
 
@@ -44,7 +49,7 @@ class ModelWorld {
   ScriptedLog log;
   ScriptedHost machine;
   ScratchFolder folder;
-  HistoryStore store{folder / "Embrix"};
+  HistoryStore store;
   int performanceCores = 4;  // 10 W are warm, 18 W are hot
 
   PowerModel& model() { return *model_; }
