@@ -120,7 +120,8 @@ std::array<std::uint32_t, kFiles> versionsIn(const HistoryStore& store) {
 void wait(const Progress& progress, std::uint32_t saves, int turns) {
   const std::uint32_t until = progress.saves + saves;
   while (progress.saves < until) ::usleep(0);
-  for (volatile int turn = 0; turn < turns; turn = turn + 1) {
+  std::atomic<int> left = turns;
+  while (--left > 0) {
   }
 }
 

@@ -100,7 +100,9 @@ TEST(RandomDaysTest, TheLedgerAndTheArchiveAreThoseOfPlainBookkeeping) {
       if (label) step.label = SharedText(*label);
       ledger.record(step);
       plain.record(day, machine.frame, previous ? &*previous : nullptr, total, kWarm, label);
-      if (i % kBetweenLooks == 0) ASSERT_TRUE(plain.tells(ledger)) << seed << " " << i;
+      if (i % kBetweenLooks == 0) {
+        ASSERT_TRUE(plain.tells(ledger)) << seed << " " << i;
+      }
       previous = machine.frame;
 
       if (machine.day.once(8)) {
@@ -132,7 +134,9 @@ TEST(RandomDaysTest, TheDischargeSessionIsThatOfPlainBookkeeping) {
       recordDischarge(state, machine.frame, previous ? std::optional(previous->date) : std::nullopt,
                       total);
       plain.record(machine.frame, previous ? &*previous : nullptr, total);
-      if (i % kBetweenLooks == 0) ASSERT_TRUE(plain.tells(state.session)) << seed << " " << i;
+      if (i % kBetweenLooks == 0) {
+        ASSERT_TRUE(plain.tells(state.session)) << seed << " " << i;
+      }
       ASSERT_EQ(state.wasOnBattery, plain.wasOnBattery) << seed << " " << i;
       ASSERT_EQ(state.pendingWake, plain.pendingWake) << seed << " " << i;
       previous = machine.frame;

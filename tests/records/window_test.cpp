@@ -227,7 +227,9 @@ TEST(WindowTest, SumsAndCountsAreThoseOfPlainWalksOnThousandsOfRandomDays) {
         const auto plain = SlowWindows::average(history, key, sumSeconds, day.now);
         const auto fast = sums.average(key);
         ASSERT_EQ(fast.has_value(), plain.has_value()) << seed << " " << frame;
-        if (plain) ASSERT_THAT(*fast, DoubleNear(*plain, 1e-9 * *plain)) << seed << " " << frame;
+        if (plain) {
+          ASSERT_THAT(*fast, DoubleNear(*plain, 1e-9 * *plain)) << seed << " " << frame;
+        }
       }
       ASSERT_EQ(counts.points(), SlowWindows::window(history, seconds, day.now).size());
       ASSERT_EQ(textsOf(counts.keysWithShare(0.8)),
