@@ -208,7 +208,7 @@ INSTANTIATE_TEST_SUITE_P(
                     EqualityCase{"NoTurkishRules", "TITLE", "tıtle", false},
                     EqualityCase{"IllFormed", "A\xff", "a\xff", true},
                     EqualityCase{"IllFormedAndRepaired", "A\xff", "a\uFFFD", true}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 }  // namespace
 }  // namespace embrix

@@ -93,7 +93,7 @@ INSTANTIATE_TEST_SUITE_P(
                     PowerCase{"ATwentieth", 0.05, {}, 0.1, "Your Mac is drawing 0.1 W."},
                     PowerCase{"TheAppsAreMore", 14.2, 12.5, 14.2, "Your Mac is drawing 14.2 W."},
                     PowerCase{"TheSystemIsMore", 14.2, 20.46, 20.5, "Your Mac is drawing 20.5 W."}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST_F(ShortcutsTest, TheHottestAppIsToldWithItsWatts) {
   show({app("Mail", 2, 5), group("c", "Code", {row(1, "node", 6), row(2, "node", 1)})});

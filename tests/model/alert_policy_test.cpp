@@ -74,7 +74,7 @@ INSTANTIATE_TEST_SUITE_P(
         EdgeCase{"SeriousToCritical", ThermalState::serious, ThermalState::critical, false},
         EdgeCase{"SeriousToSerious", ThermalState::serious, ThermalState::serious, false},
         EdgeCase{"CriticalToFair", ThermalState::critical, ThermalState::fair, false}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST(AlertPolicyTest, ThrottlingThatReturnsWithinTheCooldownIsSilent) {
   AlertPolicy policy(1800);

@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ConditionCase{"WhenHot", Condition::whenHot, false, true, true},
                     ConditionCase{"WhenCool", Condition::whenHot, true, false, false},
                     ConditionCase{"Always", Condition::always, false, false, true}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST(AutoCalmTest, HotBeginsAtTheHotThresholdAndEndsBelowTheWarmOne) {
   EXPECT_FALSE(AutoCalm::isHot(LoadLevel::warm, false, false));

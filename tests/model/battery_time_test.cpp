@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
                     RuntimeCase{"ChargingAFullCharge", charging(), 10, 30, 120},
                     RuntimeCase{"OnPowerWithoutItsSize", powered({}), 10, 30, {}},
                     RuntimeCase{"OnPowerWithASizeOfZero", powered(0), 10, 30, 0}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST(BatteryTimeTest, TheGainIsWhatTheRestLastsLonger) {
   // 1000 watt-minutes: 100 minutes at 10 W, 200 at 5 W.
@@ -104,7 +104,7 @@ INSTANTIATE_TEST_SUITE_P(BatteryTimeTest, MeaningfulRule,
                                          MeaningfulCase{"TwoWattsLeft", 100, 4, 2, {}},
                                          MeaningfulCase{"ThreeWattsLeft", 100, 6, 3, 100},
                                          MeaningfulCase{"NothingSaved", 100, 10, 0, {}}),
-                         [](const auto& info) { return info.param.label; });
+                         [](const auto& test) { return test.param.label; });
 
 }  // namespace
 }  // namespace embrix

@@ -75,7 +75,7 @@ INSTANTIATE_TEST_SUITE_P(
                               R"("condition":"never")"),
                      0},
         DecodingCase{"Truncated", R"([{"id":"0F1E2D3C-4B5A)", 0}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST(CalmRuleTest, FreshIDsAreRandomUUIDs) {
   std::set<std::string> ids;

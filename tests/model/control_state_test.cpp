@@ -32,7 +32,7 @@ INSTANTIATE_TEST_SUITE_P(
         TitleCase{"ThrottlingHidesTheSubject",
                   {.watts = 40, .subject = "Safari", .hot = true, .throttling = true},
                   "40 W · Throttling"}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST(ControlStateTest, WhatIsSavedIsLoaded) {
   MemorySettingsStore suite;
@@ -95,7 +95,7 @@ INSTANTIATE_TEST_SUITE_P(
         StoredCase{"Empty", SettingData{""}, false},
         StoredCase{"ATextAndNoBytes", std::string(R"({"watts":1,"hot":true,"throttling":false})"),
                    false}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 class PowerModelControlTest : public testing::Test {
  protected:

@@ -39,7 +39,7 @@ INSTANTIATE_TEST_SUITE_P(LoadLevelTest, ThresholdRule,
                                          ThresholdCase{"AFloorAtWarmLiftsHot", 6, 1, 14, 25},
                                          ThresholdCase{"AVeryQuietMachineStaysAtTheFloors", 4, 0.1,
                                                        10, 18}),
-                         [](const auto& info) { return info.param.label; });
+                         [](const auto& test) { return test.param.label; });
 
 struct LevelCase {
   std::string label;
@@ -64,7 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
                     LevelCase{"WarmAboveHotAndBelowBoth", {20, 10}, 9, LoadLevel::calm},
                     LevelCase{"ThresholdsOfZero", {0, 0}, 0, LoadLevel::hot},
                     LevelCase{"NoNumbers", {std::nan(""), std::nan("")}, 50, LoadLevel::calm}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST(LoadLevelTest, EveryLevelHasItsWord) {
   EXPECT_EQ(loadLevelWord(LoadLevel::calm), "calm");

@@ -199,7 +199,7 @@ INSTANTIATE_TEST_SUITE_P(
                  {"2025-06-15: 0.50 Wh (Safari 0.50), hot 50 s, spells 1, longest 50 s, "
                   "peak 36.0 W at 09:02:10 by Safari",
                   "archive 2025-06-15: 0.50 Wh", "archive 2026-06-15: 0.80 Wh"}}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST(ModelDaysTest, AWeekOfWorkOnBatteryIsLivedThrough) {
   DayScript script(Records::dropped);

@@ -166,7 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SettingCase{"AWordForANumber", SettingKeys::kAlertMinutes, std::string("x")},
                     SettingCase{"NoWarmth", SettingKeys::kWarmWatts, std::nan("")},
                     SettingCase{"AHugeInterval", SettingKeys::kSampleInterval, 1000.0}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 }  // namespace
 }  // namespace embrix

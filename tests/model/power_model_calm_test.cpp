@@ -226,7 +226,7 @@ INSTANTIATE_TEST_SUITE_P(PowerModelCalmTest, IdentityRule,
                                          IdentityCase{"NoStart", "12-", {}},
                                          IdentityCase{"ARest", "12-5x", {}},
                                          IdentityCase{"TooLarge", "12-18446744073709551615", {}}),
-                         [](const auto& info) { return info.param.label; });
+                         [](const auto& test) { return test.param.label; });
 
 }  // namespace
 }  // namespace embrix

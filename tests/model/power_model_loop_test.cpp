@@ -60,7 +60,7 @@ INSTANTIATE_TEST_SUITE_P(
                     IntervalCase{"NoNumberIsNoInterval", std::nan(""), true, 0, 10},
                     IntervalCase{"InfinityIsNoInterval", std::numeric_limits<double>::infinity(),
                                  true, 0, 10}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST_F(PowerModelLoopTest, OpeningASurfaceBringsTheIntervalBackFromTheNextFrameOn) {
   world.defaults.set(SettingKeys::kShowWattsInMenuBar, false);

@@ -167,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(PowerModelSavingTest, NoSleepMarkRule,
                          testing::Values(SleepCase{"OnTheAdapter", onAdapter(80)},
                                          SleepCase{"Charging", charging()},
                                          SleepCase{"WithoutABattery", std::nullopt}),
-                         [](const auto& info) { return info.param.label; });
+                         [](const auto& test) { return test.param.label; });
 
 TEST_F(PowerModelSavingTest, SleepBeforeTheFirstFrameDoesNothing) {
   world.store.saveDischarge(DischargeSession::begun(kMorning - 10, 80));

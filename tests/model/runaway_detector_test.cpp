@@ -46,7 +46,7 @@ INSTANTIATE_TEST_SUITE_P(
         RunawayCase{"SevenOfTen", {3, 3, 0, 3, 3, 3, 1, 3, 3, 2.9}, false},
         RunawayCase{"ABurst", {0, 0, 0, 0, 0, 0, 0, 0, 0, 500}, false},
         RunawayCase{"OnlyTheWindowCounts", {0, 0, 0, 0, 0, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3}, true}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST(RunawayDetectorTest, AHistoryYoungerThanTheWindowHasNone) {
   const History history = historyOf({9, 9, 9, 9, 9, 9, 9, 9, 9, 9});  // 9 seconds

@@ -107,7 +107,7 @@ INSTANTIATE_TEST_SUITE_P(
         KindCase{"ANegativeTotal", {app("Safari", 2)}, -5, Verdict::Kind::calm},
         KindCase{"ExactlyThreeFifths", {halves(3, 2)}, 10, Verdict::Kind::culprit},
         KindCase{"LessThanThreeFifths", {halves(2.9, 2)}, 10, Verdict::Kind::busy}),
-    [](const auto& info) { return info.param.label; });
+    [](const auto& test) { return test.param.label; });
 
 TEST(VerdictTest, OfEqualGroupsTheFirstIsNamed) {
   EXPECT_EQ(Verdict::make({app("Safari", 5, 1), app("Mail", 5, 2)}, 10).subject, "Safari");
