@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstring>
 #include <utility>
@@ -116,8 +117,9 @@ std::optional<std::string> ProcFiles::link(const char* path) {
   return std::string(buffer_.data(), static_cast<std::size_t>(size));
 }
 
-void ProcFiles::numbersIn(const char* path, std::vector<std::int32_t>& numbers) {
-  numbers.clear();
+// Hands out the directory's descriptor, the number and the name it was read from.
+template <typename Use>
+void ProcFiles::forEachNumberIn(const char* path, Use use) {
   const int descriptor = ::openat(directory_, path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) return;
   while (true) {
@@ -130,11 +132,26 @@ void ProcFiles::numbersIn(const char* path, std::vector<std::int32_t>& numbers) 
       const char* name = record + offsetof(dirent64, d_name);
       std::int32_t number = 0;
       const auto parsed = std::from_chars(name, name + strnlen(name, length), number);
-      if (parsed.ec == std::errc() && *parsed.ptr == '\0' && number >= 0) numbers.push_back(number);
+      if (parsed.ec == std::errc() && *parsed.ptr == '\0' && number >= 0) {
+        use(descriptor, number, name);
+      }
       at += length;
     }
   }
   ::close(descriptor);
+}
+
+void ProcFiles::numbersIn(const char* path, std::vector<std::int32_t>& numbers) {
+  numbers.clear();
+  forEachNumberIn(path, [&](int, std::int32_t number, const char*) { numbers.push_back(number); });
+}
+
+void ProcFiles::forEachLinkIn(const char* path, const std::function<void(std::string_view)>& use) {
+  forEachNumberIn(path, [&](int directory, std::int32_t, const char* name) {
+    std::array<char, kMostOfALink> target;
+    const ssize_t size = ::readlinkat(directory, name, target.data(), target.size());
+    if (size > 0) use(std::string_view(target.data(), static_cast<std::size_t>(size)));
+  });
 }
 
 ProcPath::ProcPath(std::int32_t pid, std::string_view file) {

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -62,12 +63,19 @@ class ProcFiles {
   // unreadable.
   void numbersIn(const char* path, std::vector<std::int32_t>& numbers);
 
+  // Hands out where each link points whose name in the directory is a decimal number, cut after
+  // kMostOfALink bytes. Faster than asking for each by its whole path: the directory is found once.
+  static constexpr std::size_t kMostOfALink = 64;
+  void forEachLinkIn(const char* path, const std::function<void(std::string_view)>& use);
+
   int directory() const { return directory_; }
   int keptCount() const { return *kept_; }
 
  private:
   int open(const char* path) const;
   std::optional<std::string_view> readFrom(int descriptor);
+  template <typename Use>
+  void forEachNumberIn(const char* path, Use use);
 
   int directory_ = -1;
   int keptLimit_ = 0;

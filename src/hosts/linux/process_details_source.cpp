@@ -6,12 +6,14 @@
 
 #include "hosts/linux/number_scan.h"
 #include "hosts/linux/proc_records.h"
+#include "hosts/linux/run_clock.h"
 
 namespace embrix {
 
 namespace {
 
-// A process that hands a socket to another changes no inode; a walk is not trusted for longer.
+// A process that hands a socket to another changes no inode; of one that has run, a walk is not
+// trusted for longer.
 constexpr std::uint64_t kWalkHolds = 10;
 
 // "socket:[12345]"
@@ -23,11 +25,20 @@ std::optional<std::uint64_t> socketInode(std::string_view link) {
   return inode;
 }
 
+// Nobody can tell of the processes of a captured tree.
+LinuxProcessDetailsSource::RunTime runTimeBelow(const std::string& procRoot) {
+  if (tellsOwnPids(procRoot)) return runTimeNS;
+  return [](std::int32_t) { return std::nullopt; };
+}
+
 }  // namespace
 
+LinuxProcessDetailsSource::LinuxProcessDetailsSource(const std::string& procRoot)
+    : LinuxProcessDetailsSource(procRoot, diagnoseListeners, runTimeBelow(procRoot)) {}
+
 LinuxProcessDetailsSource::LinuxProcessDetailsSource(const std::string& procRoot,
-                                                     Diagnosis diagnosis)
-    : files_(procRoot, 0), diagnosis_(std::move(diagnosis)) {}
+                                                     Diagnosis diagnosis, RunTime runTime)
+    : files_(procRoot, 0), diagnosis_(std::move(diagnosis)), runTime_(std::move(runTime)) {}
 
 void LinuxProcessDetailsSource::beginScan() {
   for (auto walk = walks_.begin(); walk != walks_.end();) {
@@ -59,22 +70,21 @@ std::vector<std::string> LinuxProcessDetailsSource::arguments(std::int32_t pid) 
 }
 
 std::optional<std::string> LinuxProcessDetailsSource::directory(std::int32_t pid) {
-  return files_.link(ProcPath(pid, "cwd").text());
+  auto folder = files_.link(ProcPath(pid, "cwd").text());
+  // What the kernel appends once the folder was removed, as those of finished branches are.
+  constexpr std::string_view kDeletedMark = " (deleted)";
+  if (folder && folder->ends_with(kDeletedMark)) {
+    folder->resize(folder->size() - kDeletedMark.size());
+  }
+  return folder;
 }
 
 std::vector<ListeningPort> LinuxProcessDetailsSource::listening(std::int32_t pid) {
   if (scan_ == 0) beginScan();
   std::vector<ListeningPort> ports;
-  const auto started = startTicks(pid);
-  if (!started) return ports;
   Walk& walk = walks_[pid];
   walk.asked = scan_;
-  const bool isStale = walk.scan == 0 || walk.startTicks != *started ||
-                       walk.scan < newestListener_ || walk.scan + kWalkHolds <= scan_;
-  if (isStale) {
-    walk.startTicks = *started;
-    walkDescriptors(pid, walk);
-  }
+  if (!walkIfStale(pid, walk)) return ports;
   for (const std::uint64_t inode : walk.inodes) {
     const auto listener = listeners_.find(inode);
     if (listener == listeners_.end()) continue;
@@ -97,17 +107,23 @@ std::vector<ListeningSocket> LinuxProcessDetailsSource::readListeners() {
   return listeners;
 }
 
-void LinuxProcessDetailsSource::walkDescriptors(std::int32_t pid, Walk& walk) {
-  walk.scan = scan_;
-  walk.inodes.clear();
-  if (listeners_.empty()) return;
-  files_.numbersIn(ProcPath(pid, "fd").text(), descriptors_);
-  for (const std::int32_t descriptor : descriptors_) {
-    const std::string path = std::string("fd/") + std::to_string(descriptor);
-    const auto link = files_.link(ProcPath(pid, path).text());
-    const auto inode = link ? socketInode(*link) : std::nullopt;
-    if (inode && listeners_.contains(*inode)) walk.inodes.push_back(*inode);
-  }
+// False when there is no such process.
+bool LinuxProcessDetailsSource::walkIfStale(std::int32_t pid, Walk& walk) {
+  // Read first: what runs during the walk counts as having run since.
+  const auto ranNS = runTime_(pid);
+  // One that has not run for a nanosecond is also the same process as before.
+  if (walk.scan != 0 && ranNS && ranNS == walk.ranNS) return true;
+  const auto started = startTicks(pid);
+  if (!started) return false;
+  const bool holds = walk.scan != 0 && walk.startTicks == *started &&
+                     walk.scan >= newestListener_ && scan_ < walk.scan + kWalkHolds;
+  if (holds || listeners_.empty()) return true;
+
+  walk = {.scan = scan_, .asked = scan_, .startTicks = *started, .ranNS = ranNS};
+  files_.forEachLinkIn(ProcPath(pid, "fd").text(), [&](std::string_view link) {
+    if (const auto inode = socketInode(link)) walk.inodes.push_back(*inode);
+  });
+  return true;
 }
 
 std::optional<std::uint64_t> LinuxProcessDetailsSource::startTicks(std::int32_t pid) {

@@ -2,7 +2,8 @@
 //
 // Ports are asked of the kernel for all processes at once; whose they are stands only in the
 // descriptors of each process. Those are walked for processes that a scan asks about, when they are
-// new, or when a listener stands in the answer whose owner is not known yet.
+// new, or when a listener stands in the answer that is new and they have run since: what has not
+// run has opened nothing.
 #pragma once
 
 #include <cstdint>
@@ -22,9 +23,11 @@ class LinuxProcessDetailsSource final : public ProcessDetailsSource {
  public:
   // Answers with all listening sockets, or absent to have the tables below the proc root read.
   using Diagnosis = std::function<std::optional<std::vector<ListeningSocket>>()>;
+  // How long the threads of a process have run, in nanoseconds; absent when nobody can tell.
+  using RunTime = std::function<std::optional<std::uint64_t>(std::int32_t pid)>;
 
-  explicit LinuxProcessDetailsSource(const std::string& procRoot = "/proc",
-                                     Diagnosis diagnosis = diagnoseListeners);
+  explicit LinuxProcessDetailsSource(const std::string& procRoot = "/proc");
+  LinuxProcessDetailsSource(const std::string& procRoot, Diagnosis diagnosis, RunTime runTime);
 
   void beginScan() override;
   std::vector<std::string> arguments(std::int32_t pid) override;
@@ -33,23 +36,24 @@ class LinuxProcessDetailsSource final : public ProcessDetailsSource {
 
  private:
   struct Walk {
-    std::uint64_t scan = 0;             // when its descriptors were last walked
-    std::uint64_t asked = 0;            // when it was last asked about
-    std::uint64_t startTicks = 0;       // of the process that was walked
-    std::vector<std::uint64_t> inodes;  // the listeners it holds, of those known then
+    std::uint64_t scan = 0;              // when its descriptors were last walked
+    std::uint64_t asked = 0;             // when it was last asked about
+    std::uint64_t startTicks = 0;        // of the process that was walked
+    std::optional<std::uint64_t> ranNS;  // how long it had run when the walk began
+    std::vector<std::uint64_t> inodes;   // of all its sockets
   };
 
   std::vector<ListeningSocket> readListeners();
-  void walkDescriptors(std::int32_t pid, Walk& walk);
+  bool walkIfStale(std::int32_t pid, Walk& walk);
   std::optional<std::uint64_t> startTicks(std::int32_t pid);
 
   ProcFiles files_;
   Diagnosis diagnosis_;
+  RunTime runTime_;
   std::uint64_t scan_ = 0;
   std::uint64_t newestListener_ = 0;                   // the scan in which a listener was last new
   HashMap<std::uint64_t, ListeningSocket> listeners_;  // by inode
   HashMap<std::int32_t, Walk> walks_;
-  std::vector<std::int32_t> descriptors_;
 };
 
 }  // namespace embrix

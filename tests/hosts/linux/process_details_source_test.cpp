@@ -1,9 +1,13 @@
 #include "hosts/linux/process_details_source.h"
 
+#include <arpa/inet.h>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -25,11 +29,13 @@ class LinuxProcessDetailsTest : public testing::Test {
     tree.link(fmt::format("{}/fd/{}", pid, descriptor), target);
   }
   LinuxProcessDetailsSource source() {
-    return LinuxProcessDetailsSource(tree.root(), [this] { return listeners; });
+    return LinuxProcessDetailsSource(
+        tree.root(), [this] { return listeners; }, [this](std::int32_t) { return ranNS; });
   }
 
   CapturedTree tree;
   std::optional<std::vector<ListeningSocket>> listeners = std::vector<ListeningSocket>();
+  std::optional<std::uint64_t> ranNS;  // of every process; absent: nobody can tell
 };
 
 TEST_F(LinuxProcessDetailsTest, ArgumentsAreCutAtNULs) {
@@ -67,6 +73,11 @@ TEST_F(LinuxProcessDetailsTest, DirectoryIsTheLinksTarget) {
   tree.link("42/cwd", "/home/me/my app");
   EXPECT_EQ(source().directory(42), "/home/me/my app");
   EXPECT_FALSE(source().directory(43));
+}
+
+TEST_F(LinuxProcessDetailsTest, ADirectoryThatWasRemovedIsCalledAsItWas) {
+  tree.link("42/cwd", "/home/ada/code/shop (deleted)");
+  EXPECT_EQ(source().directory(42), "/home/ada/code/shop");
 }
 
 TEST_F(LinuxProcessDetailsTest, PortsAreThoseOfTheListenersThatAProcessHolds) {
@@ -134,6 +145,56 @@ TEST_F(LinuxProcessDetailsTest, DescriptorsAreNotWalkedAgainWhileNoListenerIsNew
   EXPECT_TRUE(details.listening(42).empty()) << "no walk holds for ever";
 }
 
+TEST_F(LinuxProcessDetailsTest, WhatHasNotRunIsNotWalkedForANewListener) {
+  put(42);
+  hold(42, 3, "socket:[700]");
+  listeners = std::vector<ListeningSocket>{{700, 3000, false}};
+  ranNS = 5'000'000;
+  auto details = source();
+  details.beginScan();
+  EXPECT_EQ(details.listening(42).size(), 1u);
+  hold(42, 4, "socket:[701]");
+  listeners->push_back({701, 3001, false});
+  for (int scan = 0; scan < 20; ++scan) {
+    details.beginScan();
+    EXPECT_EQ(details.listening(42).size(), 1u) << "nobody looked at its descriptors";
+  }
+  ranNS = 5'000'001;
+  details.beginScan();
+  EXPECT_EQ(details.listening(42).size(), 2u);
+}
+
+TEST_F(LinuxProcessDetailsTest, WhatHasRunIsWalkedOnceForANewListener) {
+  put(42);
+  hold(42, 3, "socket:[700]");
+  listeners = std::vector<ListeningSocket>{{700, 3000, false}};
+  ranNS = 1;
+  auto details = source();
+  details.beginScan();
+  details.listening(42);
+  ranNS = 2;
+  details.beginScan();
+  hold(42, 4, "socket:[701]");
+  EXPECT_EQ(details.listening(42).size(), 1u) << "nothing new listens";
+  listeners->push_back({701, 3001, false});
+  details.beginScan();
+  EXPECT_EQ(details.listening(42).size(), 2u);
+}
+
+TEST_F(LinuxProcessDetailsTest, ASocketThatAnotherMakesListenIsOfBoth) {
+  put(42);
+  hold(42, 3, "socket:[700]");
+  hold(42, 4, "socket:[701]");
+  listeners = std::vector<ListeningSocket>{{700, 3000, false}};
+  ranNS = 5'000'000;
+  auto details = source();
+  details.beginScan();
+  EXPECT_EQ(details.listening(42).size(), 1u);
+  listeners->push_back({701, 3001, false});
+  details.beginScan();
+  EXPECT_EQ(details.listening(42).size(), 2u);
+}
+
 TEST_F(LinuxProcessDetailsTest, WorkerThatInheritsAListenerIsWalkedWhenItIsNew) {
   put(42);
   hold(42, 3, "socket:[700]");
@@ -170,6 +231,28 @@ TEST_F(LinuxProcessDetailsTest, TablesServeWhereDiagnosisIsRefused) {
   auto details = source();
   details.beginScan();
   EXPECT_EQ(details.listening(42), (std::vector<ListeningPort>{{3000, true}}));
+}
+
+TEST_F(LinuxProcessDetailsTest, LiveProcessKnowsAListenerThatItHasJustOpened) {
+  LinuxProcessDetailsSource live;
+  const auto portsNow = [&] {
+    live.beginScan();
+    return live.listening(getpid());
+  };
+  const auto before = portsNow();
+  const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&address), size), 0);
+  ASSERT_EQ(::listen(listener, 1), 0);
+  ASSERT_EQ(::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size), 0);
+  const auto now = portsNow();
+  ::close(listener);
+  EXPECT_EQ(now.size(), before.size() + 1);
+  EXPECT_EQ(std::count(now.begin(), now.end(), ListeningPort{ntohs(address.sin_port), false}), 1);
+  EXPECT_EQ(portsNow(), before);
 }
 
 TEST_F(LinuxProcessDetailsTest, LiveProcessKnowsItsArgumentsAndDirectory) {
