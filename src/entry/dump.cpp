@@ -7,6 +7,7 @@
 #include "entry/report_cleanup.h"
 #include "entry/report_json.h"
 #include "entry/report_text.h"
+#include "model/control_state.h"
 #include "records/overnight_log.h"
 #include "records/power_log.h"
 #include "sampling/sampler.h"
@@ -33,7 +34,8 @@ std::string cleanupReport(Host& host) {
 
 }  // namespace
 
-std::string dump(Host& host, const std::vector<std::string>& arguments) {
+std::string dump(Host& host, const std::vector<std::string>& arguments,
+                 const std::function<std::unique_ptr<SettingsStore>()>& controlSuite) {
   if (hasOption(arguments, option::kCleanup)) return cleanupReport(host);
 
   const auto frame = secondFrame(host, hasOption(arguments, option::kThrottle));
@@ -41,6 +43,10 @@ std::string dump(Host& host, const std::vector<std::string>& arguments) {
   if (hasOption(arguments, option::kJSON)) return reportJSON(*frame);
 
   ReportExtras extras;
+  if (controlSuite) {
+    const auto state = ControlState::load(controlSuite().get());
+    if (state) extras.controlTitle = state->title();
+  }
   extras.overnight = OvernightLog::parse(PowerLog::read(*host.powerLog));
   return reportText(*frame, extras);
 }

@@ -13,23 +13,39 @@
 #include "entry/dump.h"
 #include "entry/launch.h"
 #include "entry/options.h"
+#include "entry/replay_surroundings.h"
+#include "entry/windowless_run.h"
 #include "hosts/replay/recording_host.h"
 #include "hosts/replay/recording_writer.h"
 #include "hosts/replay/replay_host.h"
+#include "model/control_state.h"
 
 namespace embrix {
 
 namespace {
 
 constexpr int kDone = 0;
-constexpr int kRecordingFailed = 2;
+constexpr int kRefused = 2;
 
 constexpr std::string_view kNoWindowYet =
-    "Embrix has no window yet; run it with --dump or --json for a report, or with --help.\n";
+    "Embrix has no window yet; run it with --dump or --json for a report, with --background or "
+    "--watch to\nkeep its records, or with --help.\n";
 
-int fail(const Surroundings& surroundings, std::string_view problem) {
-  surroundings.complain(fmt::format("embrix: {}.\n", problem));
-  return kRecordingFailed;
+using Arguments = std::vector<std::string>;
+using Problem = std::optional<std::string>;  // one sentence without a full stop
+
+int statusOf(const Surroundings& surroundings, const Problem& problem) {
+  if (!problem) return kDone;
+  surroundings.complain(fmt::format("embrix: {}.\n", *problem));
+  return kRefused;
+}
+
+bool isReport(const Arguments& arguments) {
+  return hasOption(arguments, option::kDump) || hasOption(arguments, option::kJSON);
+}
+
+bool isWindowless(const Arguments& arguments) {
+  return hasOption(arguments, option::kBackground) || hasOption(arguments, option::kWatch);
 }
 
 // The replayed file is read as the run goes on.
@@ -38,50 +54,92 @@ bool isSameFile(const std::string& written, const std::optional<std::string>& re
   return replayed && std::filesystem::equivalent(written, *replayed, error);
 }
 
-// The replayed machine, or this one.
-std::variant<Host, RecordingProblem> chooseHost(const std::vector<std::string>& arguments,
-                                                const Surroundings& surroundings) {
-  const auto path = optionValue(arguments, option::kReplay);
-  if (!path) return surroundings.host();
-  auto opened = openReplay(*path);
-  if (auto* problem = std::get_if<RecordingProblem>(&opened)) return std::move(*problem);
-  return std::get<Replay>(std::move(opened)).host;
-}
-
-int runReport(const std::vector<std::string>& arguments, const Surroundings& surroundings,
-              Host host) {
+// Lets `run` work on the host, and on a recording of it where one is asked for.
+Problem runRecorded(const Arguments& arguments, Host host,
+                    const std::function<Problem(Host&)>& run) {
   const auto path = optionValue(arguments, option::kRecord);
-  if (!path) {
-    surroundings.print(dump(host, arguments));
-    return kDone;
-  }
-
+  if (!path) return run(host);
   if (isSameFile(*path, optionValue(arguments, option::kReplay))) {
-    return fail(surroundings, "a recording cannot be written into the one that is replayed");
+    return "a recording cannot be written into the one that is replayed";
   }
   auto opened = RecordingWriter::open(*path);
-  if (const auto* problem = std::get_if<RecordingProblem>(&opened)) {
-    return fail(surroundings, problem->text);
-  }
+  if (const auto* problem = std::get_if<RecordingProblem>(&opened)) return problem->text;
   const auto writer = std::get<std::shared_ptr<RecordingWriter>>(std::move(opened));
+  Problem problem;
   {
     // The recording is complete when its host is gone.
     Host recorded = recordingHost(std::move(host), writer);
-    surroundings.print(dump(recorded, arguments));
+    problem = run(recorded);
   }
-  return writer->problem().empty() ? kDone : fail(surroundings, writer->problem());
+  if (!problem && !writer->problem().empty()) problem = writer->problem();
+  return problem;
 }
 
-int runMenuBar(std::vector<std::string> arguments, const Surroundings& surroundings) {
-  Launch launch(std::move(arguments), surroundings.settings);
+Problem runReport(const Arguments& arguments, const Surroundings& surroundings, Host host) {
+  // A recording holds no settings, and tells the same when it is replayed.
+  const bool tellsControls =
+      !optionValue(arguments, option::kRecord) && !optionValue(arguments, option::kReplay);
+  std::function<std::unique_ptr<SettingsStore>()> controlSuite;
+  if (tellsControls) {
+    controlSuite = [&] { return surroundings.settings.open(std::string(ControlState::kSuite)); };
+  }
+  return runRecorded(arguments, std::move(host), [&](Host& used) -> Problem {
+    surroundings.print(dump(used, arguments, controlSuite));
+    return std::nullopt;
+  });
+}
+
+Problem runOnThisMachine(const Arguments& arguments, const Surroundings& surroundings) {
+  const auto log = surroundings.log();
+  const WindowlessRun run{.arguments = arguments,
+                          .settings = surroundings.settings,
+                          .identifier = surroundings.identifier,
+                          .session = surroundings.session,
+                          .log = *log,
+                          .print = surroundings.print};
+  return runRecorded(arguments, surroundings.host(), [&](Host& host) { return run.run(host); });
+}
+
+Problem runOnRecording(const Arguments& arguments, const Surroundings& surroundings,
+                       Replay replay) {
+  ThrowawaySettings settings;
+  SilentLog log;
+  const WindowlessRun run{.arguments = arguments,
+                          .settings = settings,
+                          .identifier = std::nullopt,
+                          .session = [&] { return replayedSession(replay); },
+                          .log = log,
+                          .print = surroundings.print,
+                          .isReplay = true};
+  return runRecorded(arguments, std::move(replay.host), [&](Host& host) { return run.run(host); });
+}
+
+Problem runMenuBar(const Arguments& arguments, const Surroundings& surroundings) {
+  Launch launch(arguments, surroundings.settings);
   AppSettings::registerInto(launch.defaults());
   surroundings.print(kNoWindowYet);
-  return kDone;
+  return std::nullopt;
+}
+
+Problem runAsAsked(const Arguments& arguments, const Surroundings& surroundings) {
+  std::optional<Replay> replay;
+  if (const auto path = optionValue(arguments, option::kReplay)) {
+    auto opened = openReplay(*path);
+    if (const auto* problem = std::get_if<RecordingProblem>(&opened)) return problem->text;
+    replay = std::get<Replay>(std::move(opened));
+  }
+  if (isReport(arguments)) {
+    return runReport(arguments, surroundings,
+                     replay ? std::move(replay->host) : surroundings.host());
+  }
+  if (!isWindowless(arguments)) return runMenuBar(arguments, surroundings);
+  return replay ? runOnRecording(arguments, surroundings, std::move(*replay))
+                : runOnThisMachine(arguments, surroundings);
 }
 
 }  // namespace
 
-int EmbrixApp::run(std::vector<std::string> arguments, const Surroundings& surroundings) {
+int EmbrixApp::run(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
   if (hasOption(arguments, option::kHelp)) {
     surroundings.print(helpText());
     return kDone;
@@ -90,14 +148,7 @@ int EmbrixApp::run(std::vector<std::string> arguments, const Surroundings& surro
     surroundings.print("embrix " EMBRIX_VERSION "\n");
     return kDone;
   }
-  auto chosen = chooseHost(arguments, surroundings);
-  if (const auto* problem = std::get_if<RecordingProblem>(&chosen)) {
-    return fail(surroundings, problem->text);
-  }
-  if (hasOption(arguments, option::kDump) || hasOption(arguments, option::kJSON)) {
-    return runReport(arguments, surroundings, std::get<Host>(std::move(chosen)));
-  }
-  return runMenuBar(std::move(arguments), surroundings);
+  return statusOf(surroundings, runAsAsked(arguments, surroundings));
 }
 
 }  // namespace embrix

@@ -18,8 +18,11 @@ constexpr Described kDescribed[] = {
     {option::kDump, "", "print a sample of this machine as text, and end"},
     {option::kJSON, "", "print a sample of this machine as JSON, and end"},
     {option::kCleanup, "", "with either: print what a cleanup would find in its place"},
+    {option::kBackground, "", "run without a window until told to end, keeping the records"},
+    {option::kWatch, "", "the same, printing each sample as one line of JSON"},
+    {option::kRecords, "<folder>", "with either: keep the records in that folder"},
     {option::kThrottle, "", "report the thermal state as serious"},
-    {option::kRecord, "<path>", "with either: also write down what the machine told"},
+    {option::kRecord, "<path>", "with any of these: also write down what the machine told"},
     {option::kReplay, "<path>", "read such a recording in place of this machine"},
     {option::kUITesting, "", "keep settings in a store that starts empty"},
     {option::kLive, "", "with --ui-testing: this machine in place of demo data"},
@@ -30,9 +33,16 @@ constexpr Described kDescribed[] = {
 
 constexpr std::string_view kAbout =
     "Embrix tells what is heating this machine: the watts of every app, from one sample of two "
-    "seconds.\n\nOptions:\n";
+    "seconds,\nor for as long as it runs.\n\nOptions:\n";
 
-constexpr std::string_view kHonesty =
+constexpr std::string_view kNotes =
+    "\nA line of --watch is one JSON object: alerts (identifiers of the notifications sent), "
+    "calmed "
+    "(pids that\nare slowed down), loadLevel (calm, warm or hot), runaways (keys of apps), time "
+    "(seconds since 1970),\ntotalWatts, verdict. With no window open a sample is taken every 10 "
+    "seconds; with --watch, as often as\nthe setting sampleInterval says. A replayed recording "
+    "keeps "
+    "no records unless --records names a folder.\n"
     "\nThe watts of an app are the kernel's own count on macOS. Linux keeps no such count: there "
     "they are\nan estimate, CPU time times the watts of one busy core, which are measured where "
     "the processor's\nenergy counter can be read and assumed to be 4 W where it cannot.\n";
@@ -58,7 +68,7 @@ std::string helpText() {
                                  : fmt::format("{} {}", described.option, described.value);
     text += fmt::format("  {:<20}  {}\n", left, described.effect);
   }
-  text += kHonesty;
+  text += kNotes;
   return text;
 }
 

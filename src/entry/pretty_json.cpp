@@ -13,7 +13,7 @@ namespace embrix {
 void PrettyJSON::key(std::string_view name) {
   startValue();
   quoted(name);
-  out_ += " : ";
+  out_ += lines_ == Lines::one ? ":" : " : ";
   afterKey_ = true;
 }
 
@@ -62,7 +62,7 @@ void PrettyJSON::begin(char bracket) {
 void PrettyJSON::end(char bracket) {
   const bool wasEmpty = isEmpty_.back();
   isEmpty_.pop_back();
-  if (wasEmpty) out_ += '\n';
+  if (wasEmpty && lines_ == Lines::many) out_ += '\n';
   startLine();
   out_ += bracket;
 }
@@ -80,6 +80,7 @@ void PrettyJSON::startValue() {
 }
 
 void PrettyJSON::startLine() {
+  if (lines_ == Lines::one) return;
   out_ += '\n';
   out_.append(2 * isEmpty_.size(), ' ');
 }

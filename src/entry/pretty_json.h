@@ -1,6 +1,7 @@
 // Writes JSON for people to read, as it goes: two blanks of indent, " : " between key and value,
-// slashes escaped, an empty array or object around an empty line. Scripts compare this output by
-// the byte, so the form never changes. The caller gives an object's keys in alphabetical order.
+// slashes escaped, an empty array or object around an empty line. Or all of it on one line, without
+// a blank between values. Scripts compare this output by the byte, so the form never changes. The
+// caller gives an object's keys in alphabetical order.
 #pragma once
 
 #include <cstdint>
@@ -13,6 +14,10 @@ namespace embrix {
 
 class PrettyJSON {
  public:
+  enum class Lines { many, one };
+
+  explicit PrettyJSON(Lines lines = Lines::many) : lines_(lines) {}
+
   void beginObject() { begin('{'); }
   void endObject() { end('}'); }
   void beginArray() { begin('['); }
@@ -40,6 +45,7 @@ class PrettyJSON {
   void startLine();
   void quoted(std::string_view value);
 
+  Lines lines_;
   std::string out_;
   std::vector<bool> isEmpty_;  // of each open array or object, outermost first
   bool afterKey_ = false;

@@ -3,6 +3,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "host/host.h"
 #include "host/log.h"
@@ -19,6 +21,10 @@ Session nativeSession();
 
 // The log of this system.
 std::unique_ptr<Log> nativeLog();
+
+// What the system knows the program by as an application; absent when it is none, such as a build
+// that was not packed.
+std::optional<std::string> nativeIdentifier();
 
 // The settings of the user who runs the program.
 std::unique_ptr<SettingsStores> nativeSettings();

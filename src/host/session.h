@@ -21,8 +21,8 @@ class EventLoop {
 
   virtual Scheduler& scheduler() = 0;
 
-  // Until quit() is called or the program is told to end; the session's listener has then been told
-  // so. Callbacks run in here.
+  // Until quit() is called or the program is told to end. Whichever it was, the session's listener
+  // (willTerminate) has been told so when this returns. Callbacks run in here. Once.
   virtual void run() = 0;
 
   virtual void quit() = 0;

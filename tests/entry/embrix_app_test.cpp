@@ -9,6 +9,7 @@
 #include "fakes/scratch_folder.h"
 #include "fakes/scripted_host.h"
 #include "memory_settings_stores.h"
+#include "model/control_state.h"
 
 namespace embrix {
 namespace {
@@ -17,6 +18,7 @@ using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 class EmbrixAppTest : public testing::Test {
@@ -25,10 +27,17 @@ class EmbrixAppTest : public testing::Test {
     printed_.clear();
     complaints_.clear();
     arguments.insert(arguments.begin(), "embrix");
-    return EmbrixApp::run(std::move(arguments),
+    return EmbrixApp::run(arguments,
                           {.host = [this] { return machine_.host(); },
+                           .session = nullptr,  // none of these runs has one
+                           .log = nullptr,
                            .settings = stores_,
-                           .print = [this](std::string_view text) { printed_ += text; },
+                           .identifier = std::nullopt,
+                           .print =
+                               [this](std::string_view text) {
+                                 printed_ += text;
+                                 return true;
+                               },
                            .complain = [this](std::string_view text) { complaints_ += text; }});
   }
 
@@ -47,6 +56,23 @@ TEST_F(EmbrixAppTest, AReportIsPrintedAndNothingElse) {
 
 TEST_F(EmbrixAppTest, AReportTouchesNoSettings) {
   run({"--json", "--ui-testing", "--set", "warmWatts=5"});
+  EXPECT_THAT(stores_.opened, IsEmpty());
+}
+
+TEST_F(EmbrixAppTest, ATextReportTellsWhatTheControlShows) {
+  ControlState{.watts = 13, .subject = {}, .hot = true, .throttling = false}.save(
+      &stores_.suites[std::string(ControlState::kSuite)]);
+  EXPECT_EQ(run({"--dump"}), 0);
+  EXPECT_THAT(printed_, HasSubstr("\ncontrol center: 13 W · Warm\n"));
+}
+
+TEST_F(EmbrixAppTest, ARecordedReportDoesNotForNeitherDoesItsReplay) {
+  ControlState{.watts = 13, .subject = {}, .hot = true, .throttling = false}.save(
+      &stores_.suites[std::string(ControlState::kSuite)]);
+  run({"--dump", "--record", folder_ / "recording"});
+  EXPECT_THAT(printed_, Not(HasSubstr("control center")));
+  run({"--dump", "--replay", folder_ / "recording"});
+  EXPECT_THAT(printed_, Not(HasSubstr("control center")));
   EXPECT_THAT(stores_.opened, IsEmpty());
 }
 

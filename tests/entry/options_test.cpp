@@ -56,9 +56,9 @@ TEST(OptionsTest, AValueIsTheNextArgumentAsItStands) {
 TEST(OptionsTest, HelpTellsEveryOptionOnOneLine) {
   const std::string help = helpText();
   for (const std::string_view option :
-       {option::kDump, option::kJSON, option::kCleanup, option::kThrottle, option::kRecord,
-        option::kReplay, option::kUITesting, option::kLive, option::kSet, option::kHelp,
-        option::kVersion}) {
+       {option::kDump, option::kJSON, option::kCleanup, option::kBackground, option::kWatch,
+        option::kRecords, option::kThrottle, option::kRecord, option::kReplay, option::kUITesting,
+        option::kLive, option::kSet, option::kHelp, option::kVersion}) {
     EXPECT_THAT(help, HasSubstr("\n  " + std::string(option) + " ")) << option;
   }
   EXPECT_THAT(help, Not(HasSubstr("\n\n\n")));

@@ -131,5 +131,24 @@ TEST(PrettyJSONTest, EveryByteStringIsReadBackByAParser) {
   }
 }
 
+TEST(PrettyJSONTest, OnOneLineNothingIsSpread) {
+  PrettyJSON json(PrettyJSON::Lines::one);
+  json.beginObject();
+  json.key("a");
+  json.beginArray();
+  json.endArray();
+  json.key("b");
+  json.beginArray();
+  json.integer(1);
+  json.text("x/y\n");
+  json.beginObject();
+  json.endObject();
+  json.endArray();
+  json.key("c");
+  json.decimal(3);
+  json.endObject();
+  EXPECT_EQ(std::move(json).finish(), R"({"a":[],"b":[1,"x\/y\n",{}],"c":3})");
+}
+
 }  // namespace
 }  // namespace embrix

@@ -9,6 +9,7 @@
 #include "hosts/linux/event_loop.h"
 #include "hosts/linux/notifier.h"
 #include "hosts/linux/process_control.h"
+#include "hosts/linux/program_object.h"
 #include "hosts/linux/session_events.h"
 
 namespace embrix {
@@ -28,6 +29,11 @@ Session nativeSession() {
           .events = std::move(events),
           .controls = std::move(controls),
           .actions = std::move(actions)};
+}
+
+// Desktop entries and buses know it by one name, installed or not.
+std::optional<std::string> nativeIdentifier() {
+  return kProgramBusName;
 }
 
 }  // namespace embrix
