@@ -25,6 +25,7 @@ void PowerModel::save() {
   archive_.change([&](Archive& archive) {
     archive.record(*ledger_, *frame_ ? (*frame_)->battery : std::nullopt);
   });
+  if (ports_.store.directory.empty()) return;  // nothing is kept, so nothing is copied
   saving_ = ports_.scheduler.background(
       WorkPriority::utility,
       [store = ports_.store, points = history_->snapshot(), ledger = *ledger_, archive = *archive_,
