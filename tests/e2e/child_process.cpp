@@ -12,6 +12,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <stdexcept>
+#include <utility>
 
 namespace embrix {
 
@@ -104,6 +105,55 @@ Outcome outcomeOf(const std::vector<std::string>& commandLine,
   Outcome outcome;
   readBoth(output[0], outcome.output, complaints[0], outcome.complaints);
   if (pid > 0) outcome.exitStatus = statusOf(pid);
+  return outcome;
+}
+
+RunningProgram::RunningProgram(const std::vector<std::string>& commandLine,
+                               const std::vector<std::string>& environment) {
+  const auto output = makePipe();
+  const auto complaints = makePipe();
+  pid_ = ::fork();
+  if (pid_ == 0) become(commandLine, environment, output[1], complaints[1]);
+  ::close(output[1]);
+  ::close(complaints[1]);
+  output_ = Descriptor(output[0]);
+  complaints_ = Descriptor(complaints[0]);
+  if (pid_ < 0) throw std::runtime_error("no child");
+}
+
+RunningProgram::~RunningProgram() {
+  if (pid_ <= 0) return;
+  ::kill(pid_, SIGKILL);
+  statusOf(pid_);
+}
+
+std::optional<std::string> RunningProgram::readLine() {
+  while (true) {
+    const std::size_t end = unread_.find('\n');
+    if (end != std::string::npos) {
+      std::string line = unread_.substr(0, end);
+      unread_.erase(0, end + 1);
+      return line;
+    }
+    char piece[4096];
+    const ssize_t got = ::read(output_.number(), piece, sizeof piece);
+    if (got > 0) {
+      unread_.append(piece, static_cast<std::size_t>(got));
+    } else if (got == 0 || errno != EINTR) {
+      return std::nullopt;
+    }
+  }
+}
+
+void RunningProgram::signal(int number) const {
+  ::kill(pid_, number);
+}
+
+Outcome RunningProgram::end() {
+  Outcome outcome;
+  readBoth(output_.release(), unread_, complaints_.release(), outcome.complaints);
+  outcome.output = std::exchange(unread_, {});
+  outcome.exitStatus = statusOf(std::exchange(pid_, -1));
   return outcome;
 }
 

@@ -3,8 +3,11 @@
 
 #include <sys/types.h>
 #include <chrono>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "base/descriptor.h"
 
 namespace embrix {
 
@@ -35,5 +38,33 @@ struct Outcome {
 // Runs the command line to its end with "NAME=value" pairs added to the environment.
 Outcome outcomeOf(const std::vector<std::string>& commandLine,
                   const std::vector<std::string>& environment = {});
+
+// A program that runs until the test has it end, and tells something meanwhile. It does not outlive
+// the object.
+class RunningProgram {
+ public:
+  explicit RunningProgram(const std::vector<std::string>& commandLine,
+                          const std::vector<std::string>& environment = {});
+  RunningProgram(const RunningProgram&) = delete;
+  RunningProgram& operator=(const RunningProgram&) = delete;
+  ~RunningProgram();
+
+  pid_t pid() const { return pid_; }
+
+  // The next line of its output, without its end; waits for it. Absent when there is no more.
+  std::optional<std::string> readLine();
+  // Nobody reads its output any more.
+  void closeOutput() { output_.close(); }
+
+  void signal(int number) const;
+  // Waits until it ends by itself. The output is what was not read as lines.
+  Outcome end();
+
+ private:
+  pid_t pid_ = -1;
+  Descriptor output_;
+  Descriptor complaints_;
+  std::string unread_;
+};
 
 }  // namespace embrix

@@ -19,7 +19,22 @@ class ProgramTest : public testing::Test {
                      {"XDG_CONFIG_HOME=" + configFolder_.path(), "HOME=" + homeFolder_.path()});
   }
 
+  // It runs until the test has it end.
+  RunningProgram running(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), EMBRIX_PROGRAM);
+    return RunningProgram(arguments, world());
+  }
+
+  // Where the program looks for what is the user's, and for the buses, of which there are none.
+  std::vector<std::string> world() const {
+    return {"XDG_CONFIG_HOME=" + configFolder_.path(), "XDG_DATA_HOME=" + dataFolder_.path(),
+            "HOME=" + homeFolder_.path(),
+            "DBUS_SESSION_BUS_ADDRESS=unix:path=" + homeFolder_.path() + "/no-bus",
+            "DBUS_SYSTEM_BUS_ADDRESS=unix:path=" + homeFolder_.path() + "/no-bus"};
+  }
+
   ScratchFolder folder_;
+  ScratchFolder dataFolder_;
   ScratchFolder homeFolder_;
   ScratchFolder configFolder_;
 };
