@@ -28,7 +28,7 @@ struct CleanupCatalog {
     std::string version;               // "17.4.1"
     std::optional<std::string> build;  // "21E236"
 
-    auto operator<=>(const DeviceSupportFolder&) const = default;
+    bool operator==(const DeviceSupportFolder&) const = default;
   };
 
   struct UnavailableSimulator {

@@ -1,6 +1,7 @@
 #include "hosts/macos/folder_source.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <fts.h>
 #include <sys/stat.h>
 
