@@ -11,15 +11,9 @@
 
 namespace embrix {
 
-namespace {
-
-// Without this socket the journal's library drops the entry and reports success.
-constexpr const char* kJournalSocket = "/run/systemd/journal/socket";
-
-}  // namespace
-
 void LinuxLog::error(std::string_view category, std::string_view text) {
-  if (::access(kJournalSocket, W_OK) == 0) {
+  // Without a socket the journal's library drops the entry and reports success.
+  if (::access(journalSocket_.c_str(), W_OK) == 0) {
     const std::string message(text);
     const std::string source(category);
     const int sent = sd_journal_send("MESSAGE=%s", message.c_str(), "PRIORITY=%d", LOG_ERR,
