@@ -12,6 +12,8 @@
 #include <thread>
 #include <utility>
 
+#include "host/program_environment.h"
+
 namespace embrix {
 
 namespace {
@@ -57,8 +59,8 @@ class Spawn {
     }
     words.push_back(nullptr);
     pid_t pid = 0;
-    const int error =
-        ::posix_spawn(&pid, program.c_str(), &actions_, &attributes_, words.data(), environ);
+    const int error = ::posix_spawn(&pid, program.c_str(), &actions_, &attributes_, words.data(),
+                                    programEnvironment(environ).data());
     return error == 0 ? std::optional(pid) : std::nullopt;
   }
 

@@ -13,6 +13,8 @@
 #include <thread>
 #include <utility>
 
+#include "host/program_environment.h"
+
 namespace embrix {
 
 namespace {
@@ -58,7 +60,7 @@ class Spawn {
     words.push_back(nullptr);
     pid_t pid = 0;
     const int error = ::posix_spawn(&pid, program.c_str(), &actions_, &attributes_, words.data(),
-                                    *::_NSGetEnviron());
+                                    programEnvironment(*::_NSGetEnviron()).data());
     return error == 0 ? std::optional(pid) : std::nullopt;
   }
 

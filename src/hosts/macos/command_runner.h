@@ -4,8 +4,8 @@
 
 namespace embrix {
 
-// Runs programs with this process's environment and none of its open files. Standard input and
-// standard error are /dev/null. Any thread; calls may overlap.
+// Runs programs with this process's environment, less the size of a terminal, and none of its open
+// files. Standard input and standard error are /dev/null. Any thread; calls may overlap.
 class MacCommandRunner final : public CommandRunner {
  public:
   // Reads until every process that inherited the output has closed it.

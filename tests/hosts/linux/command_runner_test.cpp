@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <thread>
@@ -52,6 +53,21 @@ TEST_F(LinuxCommandRunnerTest, WhatCannotBeStartedIsAbsent) {
 
 TEST_F(LinuxCommandRunnerTest, AProgramThatDiesStillHasItsOutput) {
   EXPECT_EQ(shell("echo last words; kill -9 $$"), "last words\n");
+}
+
+TEST_F(LinuxCommandRunnerTest, AListOfProcessesIsNotCutToTheWidthOfATerminal) {
+  const std::string inherited = std::getenv("COLUMNS") == nullptr ? "" : std::getenv("COLUMNS");
+  ::setenv("COLUMNS", "20", 1);
+  const std::string marker(300, 'x');
+  // The shell stays the one that is listed only while another command follows.
+  const auto lines = shell("ps -axo args=; : " + marker);
+  if (inherited.empty()) {
+    ::unsetenv("COLUMNS");
+  } else {
+    ::setenv("COLUMNS", inherited.c_str(), 1);
+  }
+  ASSERT_TRUE(lines);
+  EXPECT_NE(lines->find(marker), std::string::npos);
 }
 
 TEST_F(LinuxCommandRunnerTest, StandardInputIsEmpty) {
