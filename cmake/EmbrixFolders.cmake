@@ -39,6 +39,12 @@ function(embrix_folder folder)
   list(TRANSFORM arg_USES REPLACE "/" "_")
   list(TRANSFORM arg_USES PREPEND embrix_)
   target_link_libraries(${target} ${scope} ${arg_USES} ${arg_LIBRARIES})
+  list(LENGTH sources count)
+  if(EMBRIX_PRECOMPILE AND count GREATER 8)
+    target_precompile_headers(${target} PRIVATE
+      <algorithm> <functional> <map> <memory> <optional> <string> <vector> <fmt/format.h>
+      <nlohmann/json.hpp>)
+  endif()
 endfunction()
 
 # embrix_tests(base USES … LIBRARIES … PROPERTIES …): the executable base_tests from
