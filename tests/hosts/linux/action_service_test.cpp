@@ -69,14 +69,14 @@ class BusActionServiceTest : public testing::Test {
     std::string told;
     std::atomic<bool> isOver = false;
     std::thread from([&] {
-      caller.run([&](sd_bus* bus) {
+      caller.run([&](sd_bus* connection) {
         sd_bus_error error{};
         sd_bus_message* reply = nullptr;
-        const int result =
-            argument == nullptr
-                ? sd_bus_call_method(bus, kName, kPath, interface, method, &error, &reply, "")
-                : sd_bus_call_method(bus, kName, kPath, interface, method, &error, &reply, types,
-                                     argument);
+        const int result = argument == nullptr
+                               ? sd_bus_call_method(connection, kName, kPath, interface, method,
+                                                    &error, &reply, "")
+                               : sd_bus_call_method(connection, kName, kPath, interface, method,
+                                                    &error, &reply, types, argument);
         if (result < 0) {
           told = std::string("error ") + error.name + ": " + error.message;
         } else {
