@@ -13,6 +13,7 @@ ProcessReader::ProcessReader(ProcessSource& source)
 
 const std::vector<ProcessSample>& ProcessReader::read() {
   ++pass_;
+  seen_ = 0;
   source_.read(table_);
   samples_.resize(table_.size());
   for (std::size_t i = 0; i < table_.size(); ++i) {
@@ -34,7 +35,7 @@ const std::vector<ProcessSample>& ProcessReader::read() {
     sample.footprint = usage.footprint;
     sample.id = known.id;
   }
-  prune(table_.size());
+  prune();
   return samples_;
 }
 
@@ -51,6 +52,7 @@ const ProcessReader::CachedPath& ProcessReader::cached(const RawProcess& process
   const Identity identity{process.pid, process.startTime};
   auto entry = pathCache_.find(identity);
   if (entry == pathCache_.end()) entry = pathCache_.emplace(identity, lookUp(process)).first;
+  if (entry->second.pass != pass_) ++seen_;
   entry.value().pass = pass_;
   return entry->second;
 }
@@ -59,7 +61,8 @@ ProcessReader::CachedPath ProcessReader::lookUp(const RawProcess& process) {
   CachedPath found;
   found.id = processID(process.pid, process.startTime);
   found.name = SharedText(Text::repaired(process.commandName));
-  if (const auto path = source_.executablePath(process.pid)) {
+  const auto path = source_.executablePath(process.pid);
+  if (path && !path->empty()) {
     const std::string repaired = Text::repaired(*path);
     found.path = SharedText(repaired);
     const std::string_view piece = Text::lastPiece(repaired, '/');
@@ -69,8 +72,8 @@ ProcessReader::CachedPath ProcessReader::lookUp(const RawProcess& process) {
 }
 
 // Rarely due: the dead are let stand until they outnumber the living.
-void ProcessReader::prune(std::size_t seen) {
-  if (pathCache_.size() <= 2 * seen) return;
+void ProcessReader::prune() {
+  if (pathCache_.size() <= 2 * seen_) return;
   for (auto entry = pathCache_.begin(); entry != pathCache_.end();) {
     entry = entry->second.pass == pass_ ? std::next(entry) : pathCache_.erase(entry);
   }

@@ -46,11 +46,12 @@ class ProcessReader {
   std::uint64_t nanoseconds(const RawUsage& usage) const;
   const CachedPath& cached(const RawProcess& process);
   CachedPath lookUp(const RawProcess& process);
-  void prune(std::size_t seen);
+  void prune();
 
   ProcessSource& source_;
   double ticksToNS_;
   std::uint64_t pass_ = 0;
+  std::size_t seen_ = 0;  // processes of this pass
   std::vector<RawProcess> table_;
   std::vector<ProcessSample> samples_;
   tsl::robin_map<Identity, CachedPath, IdentityHash> pathCache_;

@@ -21,11 +21,8 @@ double difference(std::uint64_t before, std::uint64_t after) {
   return static_cast<double>(after - before);
 }
 
-}  // namespace
-
-std::optional<ProcessRate> RateCalculator::rate(const ProcessCounters& previous,
-                                                const ProcessSample& current, double interval) {
-  if (!canDivideBy(interval)) return std::nullopt;
+std::optional<ProcessRate> rateOf(const ProcessCounters& previous, const ProcessSample& current,
+                                  double interval) {
   const bool isSameProcess = previous.startTime == current.startTime;
   const bool ranForwards = current.cpuNS >= previous.cpuNS && current.wakeups >= previous.wakeups;
   if (!isSameProcess || !ranForwards) return std::nullopt;
@@ -41,6 +38,8 @@ std::optional<ProcessRate> RateCalculator::rate(const ProcessCounters& previous,
                      .wakeupsPerSecond = difference(previous.wakeups, current.wakeups) / interval};
 }
 
+}  // namespace
+
 void RateCalculator::rates(const PreviousSamples& previous,
                            const std::vector<ProcessSample>& current, double interval,
                            std::vector<std::optional<ProcessRate>>& result) {
@@ -51,7 +50,7 @@ void RateCalculator::rates(const PreviousSamples& previous,
   }
   for (std::size_t i = 0; i < current.size(); ++i) {
     const ProcessCounters* before = previous.find(current[i].pid);
-    result[i] = before == nullptr ? std::nullopt : rate(*before, current[i], interval);
+    result[i] = before == nullptr ? std::nullopt : rateOf(*before, current[i], interval);
   }
 }
 

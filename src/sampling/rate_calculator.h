@@ -11,16 +11,12 @@
 namespace embrix {
 
 struct RateCalculator {
-  // The rate of one process over `interval` seconds. Absent when the two are not the same process
-  // or a counter ran backwards; where one of them has no energy the watts are 0 and the other rates
-  // stand. Not limited from above.
-  static std::optional<ProcessRate> rate(const ProcessCounters& previous,
-                                         const ProcessSample& current, double interval);
-
-  // The rates of all current processes: one place for each of `current`, absent for those that were
-  // not there before and those without a rate. `interval` is in seconds; one that is not above 0,
-  // no number, or too extreme to divide by gives no rates at all. Handing the same vector in at
-  // each tick lets its storage be used again.
+  // The rates of all current processes: one place for each of `current`, absent for a process that
+  // was not there before, that has the pid of another, or whose counters ran backwards. Where one
+  // of its two samples has no energy the watts are 0 and the other rates stand. No rate is limited
+  // from above. `interval` is in seconds; one that is not above 0, no number, or too extreme to
+  // divide by gives no rates at all. Handing the same vector in at each tick lets its storage be
+  // used again.
   static void rates(const PreviousSamples& previous, const std::vector<ProcessSample>& current,
                     double interval, std::vector<std::optional<ProcessRate>>& result);
 };

@@ -78,6 +78,15 @@ TEST_F(ProcessReaderTest, NameIsTheLastPieceOfThePathThatIsNotEmpty) {
   }
 }
 
+TEST_F(ProcessReaderTest, EmptyPathIsNone) {
+  ScriptedProcess& process = world.add(10, "/x");
+  process.path = "";
+  process.raw.commandName = "short";
+  const ProcessSample& sample = reader.read().at(0);
+  EXPECT_EQ(sample.path, std::nullopt);
+  EXPECT_EQ(sample.name, "short");
+}
+
 TEST_F(ProcessReaderTest, BytesThatAreNoUTF8AreRepaired) {
   ScriptedProcess& process = world.add(10, "/x");
   process.path = "/opt/caf\xe9";
@@ -131,6 +140,16 @@ TEST_F(ProcessReaderTest, DeadProcessesArePrunedOnceTheyOutnumberTheLiving) {
   world.remove(6);
   reader.read();
   EXPECT_EQ(reader.cachedPaths(), 4u);
+}
+
+TEST_F(ProcessReaderTest, RowThatStandsTwiceIsOneLivingProcess) {
+  for (std::int32_t pid = 1; pid <= 3; ++pid) world.add(pid, "/opt/a");
+  reader.read();
+  world.remove(2);
+  world.remove(3);
+  world.processes.push_back(world.processes.at(0));
+  EXPECT_EQ(reader.read().size(), 2u);
+  EXPECT_EQ(reader.cachedPaths(), 1u);
 }
 
 }  // namespace

@@ -69,6 +69,53 @@ TEST_F(SamplerTest, FirstTickOnlyTakesABaselineAndTheSecondHasScanned) {
   EXPECT_EQ(frame.sleepBlockers.at(0).pid, 10);
 }
 
+TEST_F(SamplerTest, TickReadsItsSourcesInTheirOrder) {
+  add(10, "/opt/a");
+  world.hasBattery = true;
+  world.sensors = {{"PMU tdie1", 60.0}};
+  Sampler sampler(host);
+  const auto callsOfOneTick = [&] {
+    world.log.clear();
+    sampler.next();
+    std::string calls;
+    for (const std::string& entry : world.log) calls += entry.substr(0, entry.find(' ')) + "\n";
+    return calls;
+  };
+  EXPECT_EQ(callsOfOneTick(), R"(clock.beginTick
+clock.uptime
+processes.read
+processes.executablePath
+energy.sample
+clock.uptime
+gpu.clients
+)");
+  EXPECT_EQ(callsOfOneTick(), R"(clock.beginTick
+clock.uptime
+processes.read
+energy.sample
+clock.uptime
+energy.interval
+gpu.clients
+applications.byExecutable
+responsibility.responsiblePID
+clock.wallTime
+processDetails.beginScan
+processDetails.arguments
+processDetails.directory
+processDetails.listening
+assertions.read
+clock.wallTime
+battery.hasService
+battery.registry
+battery.powerSources
+temperatures.read
+thermalState.read
+gpu.performanceStatistics
+memory.counters
+smc.call
+)");
+}
+
 TEST_F(SamplerTest, ProcessThatAppearsBetweenTwoTicksShowsInTheNextFrame) {
   add(10, "/opt/a");
   Sampler sampler(host);
@@ -214,6 +261,64 @@ TEST_F(SamplerTest, BlockersAreReadAgainAfterTenSecondsOfUptime) {
   world.uptime = 108;
   tick(sampler, 2);
   EXPECT_EQ(asked("assertions"), 2u);
+}
+
+TEST_F(SamplerTest, RowTellsItsProcess) {
+  RawProcess& raw = add(10, "/opt/a");
+  raw.uid = 77;
+  raw.startTime = 1234;
+  raw.usage->footprint = 4096;
+  Sampler sampler(host);
+  sampler.next();
+  work(10, 3, 2);
+  raw.usage->packageIdleWakeups = 10;
+  raw.usage->interruptWakeups = 4;
+  raw.usage->footprint = 8192;
+  const Frame frame = tick(sampler);
+  ASSERT_EQ(frame.groups.size(), 1u);
+  EXPECT_DOUBLE_EQ(frame.groups.at(0).wakeupsPerSecond, 7);
+  EXPECT_EQ(frame.groups.at(0).processes, (std::vector<ProcessRow>{{.id = "10-1234",
+                                                                    .pid = 10,
+                                                                    .uid = 77,
+                                                                    .name = "a",
+                                                                    .path = "/opt/a",
+                                                                    .watts = 3,
+                                                                    .cpuPercent = 100,
+                                                                    .wakeupsPerSecond = 7,
+                                                                    .memoryBytes = 8192,
+                                                                    .gpuWatts = 0}}));
+}
+
+TEST_F(SamplerTest, FirstProcessOfAKeyThatHasARateNamesTheGroup) {
+  add(10, "/opt/mds");
+  Sampler sampler(host);
+  sampler.next();
+  // Before the one that was there, and new: it has no rate in this frame.
+  add(9, "/opt/mds_stores");
+  std::swap(world.processes.at(0), world.processes.at(1));
+  const AppGroup* one = nullptr;
+  Frame frame = tick(sampler);
+  ASSERT_TRUE(one = group(frame, "named:Spotlight indexing"));
+  EXPECT_EQ(one->identity.rootPID, 10);
+  frame = tick(sampler);
+  ASSERT_TRUE(one = group(frame, "named:Spotlight indexing"));
+  EXPECT_EQ(one->identity.rootPID, 9);
+}
+
+TEST_F(SamplerTest, CadencesDoNotFollowTheWallClock) {
+  add(10, "/opt/a");
+  Sampler sampler(host);
+  sampler.next();
+  tick(sampler);
+  world.wallTime += 86400;
+  tick(sampler);
+  EXPECT_EQ(asked("processDetails.listening"), 1u);
+  EXPECT_EQ(asked("assertions"), 1u);
+  world.wallTime -= 2 * 86400;
+  const Frame frame = tick(sampler, 30);
+  EXPECT_EQ(asked("processDetails.listening"), 2u);
+  EXPECT_EQ(asked("assertions"), 2u);
+  EXPECT_EQ(frame.date, world.wallTime);
 }
 
 TEST_F(SamplerTest, EmptyProcessTableStillGivesAFrame) {
