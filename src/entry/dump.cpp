@@ -26,6 +26,7 @@ std::optional<Frame> secondFrame(Host& host, bool throttle) {
 }
 
 std::string cleanupReport(Host& host) {
+  host.clock->beginTick();
   ScanWatch watch;
   const double now = host.clock->wallTime();
   return reportCleanup(

@@ -22,6 +22,11 @@ void learnAnswers(const LastingAnswers& told, LastingAnswers& known) {
   learnEach(told.commandOutputs, known.commandOutputs);
   learnEach(told.commandStarts, known.commandStarts);
   learnEach(told.files, known.files);
+  learnEach(told.resolvedPaths, known.resolvedPaths);
+  learnEach(told.existing, known.existing);
+  learnEach(told.fileFacts, known.fileFacts);
+  learnEach(told.folderLists, known.folderLists);
+  learnEach(told.folderSizes, known.folderSizes);
   if (told.powerLog) known.powerLog = told.powerLog;
 }
 

@@ -32,6 +32,11 @@ void fields(Is<UserFacts> auto& user, auto& visit) {
   visit("homeDirectory", user.homeDirectory);
 }
 
+void fields(Is<BaseFolders> auto& folders, auto& visit) {
+  visit("cache", folders.cache);
+  visit("data", folders.data);
+}
+
 void fields(Is<RecordingHeader> auto& header, auto& visit) {
   visit("host", header.hostName);
   visit("uptime", header.uptime);
@@ -44,6 +49,7 @@ void fields(Is<RecordingHeader> auto& header, auto& visit) {
   visit("hasBattery", header.hasBattery);
   visit("hasSmc", header.hasSmc);
   visit("sensors", header.sensors);
+  visit("baseFolders", header.baseFolders);
 }
 
 void fields(Is<RawProcess> auto& process, auto& visit) {
@@ -125,6 +131,21 @@ void fields(Is<ProcessAssertions> auto& assertions, auto& visit) {
   visit("assertions", assertions.assertions);
 }
 
+void fields(Is<FileFacts> auto& facts, auto& visit) {
+  visit("kind", facts.kind);
+  visit("modified", facts.modified);
+  visit("device", facts.identity.device);
+  visit("inode", facts.identity.inode);
+  visit("born", facts.identity.born);
+}
+
+void fields(Is<FolderEntry> auto& entry, auto& visit) {
+  visit("name", entry.name);
+  visit("kind", entry.kind);
+  visit("modified", entry.modified);
+  visit("hidden", entry.hidden);
+}
+
 void fields(Is<RecordedTick> auto& tick, auto& visit) {
   visit("tick", tick.number);
   visit("uptime", tick.uptime);
@@ -147,6 +168,11 @@ void fields(Is<RecordedTick> auto& tick, auto& visit) {
   visit("memoryFreeLevel", tick.memoryFreeLevel);
   visit("assertions", tick.assertions);
   visit("files", tick.lasting.files);
+  visit("resolvedPaths", tick.lasting.resolvedPaths);
+  visit("existing", tick.lasting.existing);
+  visit("fileFacts", tick.lasting.fileFacts);
+  visit("folderLists", tick.lasting.folderLists);
+  visit("folderSizes", tick.lasting.folderSizes);
   visit("powerLog", tick.lasting.powerLog);
   visit("commandOutputs", tick.lasting.commandOutputs);
   visit("commandStarts", tick.lasting.commandStarts);

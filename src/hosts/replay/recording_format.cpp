@@ -17,8 +17,8 @@ concept Whole = std::integral<T> && !std::same_as<T, bool>;
 // Whether recording_values.h has the form of it.
 template <typename T>
 concept Value = std::same_as<T, bool> || std::same_as<T, double> || std::same_as<T, std::string> ||
-    std::same_as<T, ThermalState> || std::same_as<T, RawUsage> || std::same_as<T, SmcPacketBytes> ||
-    std::same_as<T, PropertyMap>;
+    std::same_as<T, ThermalState> || std::same_as<T, FileKind> || std::same_as<T, RawUsage> ||
+    std::same_as<T, SmcPacketBytes> || std::same_as<T, PropertyMap>;
 
 // Codec<T> turns a T into JSON and back: by value, list, keyed answers, or record.
 template <typename T>

@@ -240,6 +240,43 @@ struct RecordedFiles final : Recorded<FileSource> {
   }
 };
 
+// What is moved to the Trash is the live machine's alone.
+struct RecordedFolders final : Recorded<FolderSource> {
+  using Recorded::Recorded;
+  std::optional<BaseFolders> baseFolders() override { return live->baseFolders(); }
+  std::optional<std::string> resolved(const std::string& path) override {
+    auto real = live->resolved(path);
+    session->noteLasting(&LastingAnswers::resolvedPaths, path, real);
+    return real;
+  }
+  bool exists(const std::string& path) override {
+    const bool isThere = live->exists(path);
+    session->noteLasting(&LastingAnswers::existing, path,
+                         isThere ? std::optional(true) : std::nullopt);
+    return isThere;
+  }
+  std::optional<FileFacts> facts(const std::string& path) override {
+    auto facts = live->facts(path);
+    session->noteLasting(&LastingAnswers::fileFacts, path, facts);
+    return facts;
+  }
+  std::vector<FolderEntry> list(const std::string& folder) override {
+    auto entries = live->list(folder);
+    session->noteLasting(&LastingAnswers::folderLists, folder,
+                         entries.empty() ? std::nullopt : std::optional(entries));
+    return entries;
+  }
+  // One that was abandoned is no answer.
+  std::optional<std::int64_t> measure(const std::string& folder, MeasureWatch& watch) override {
+    const auto bytes = live->measure(folder, watch);
+    if (bytes) {
+      session->noteLasting(&LastingAnswers::folderSizes, folder,
+                           *bytes == 0 ? std::nullopt : bytes);
+    }
+    return bytes;
+  }
+};
+
 RecordingHeader headerOf(Host& live) {
   return RecordingHeader{.hostName = live.name,
                          .uptime = live.clock->uptime(),
@@ -251,7 +288,8 @@ RecordingHeader headerOf(Host& live) {
                          .physicalBytes = live.memory->physicalBytes(),
                          .hasBattery = live.battery->hasService(),
                          .hasSmc = live.smc->isOpen(),
-                         .sensors = live.temperatures->sensors()};
+                         .sensors = live.temperatures->sensors(),
+                         .baseFolders = live.folders->baseFolders()};
 }
 
 }  // namespace
@@ -279,8 +317,7 @@ Host recordingHost(Host live, std::shared_ptr<RecordingWriter> writer) {
       .powerLog = std::make_unique<RecordedPowerLog>(std::move(live.powerLog), session),
       .commands = std::make_unique<RecordedCommands>(std::move(live.commands), session),
       .files = std::make_unique<RecordedFiles>(std::move(live.files), session),
-      // What a cleanup finds and moves is no part of a recording.
-      .folders = std::move(live.folders),
+      .folders = std::make_unique<RecordedFolders>(std::move(live.folders), session),
       .trash = std::move(live.trash),
   };
 }

@@ -25,6 +25,7 @@ struct RecordingHeader {
   bool hasBattery = false;
   bool hasSmc = false;
   std::vector<std::string> sensors;
+  std::optional<BaseFolders> baseFolders;
 
   bool operator==(const RecordingHeader&) const = default;
 };
@@ -79,6 +80,11 @@ struct LastingAnswers {
   std::map<CommandLine, std::optional<std::string>> commandOutputs;
   std::map<CommandLine, std::optional<bool>> commandStarts;  // absent: could not be started
   std::map<std::string, std::optional<std::string>> files;   // contents by path
+  std::map<std::string, std::optional<std::string>> resolvedPaths;
+  std::map<std::string, std::optional<bool>> existing;        // by path; absent: nothing is there
+  std::map<std::string, std::optional<FileFacts>> fileFacts;  // by path
+  std::map<std::string, std::optional<std::vector<FolderEntry>>> folderLists;  // absent: empty
+  std::map<std::string, std::optional<std::int64_t>> folderSizes;  // bytes; absent: nothing in it
   std::optional<std::string> powerLog;
 
   bool operator==(const LastingAnswers&) const = default;

@@ -20,6 +20,9 @@ constexpr std::array<std::pair<std::string_view, double>, 3> kUnwritableNumbers{
     {"-inf", -std::numeric_limits<double>::infinity()},
 }};
 
+// In the order of FileKind.
+constexpr std::array<std::string_view, 4> kFileKinds = {"folder", "file", "link", "other"};
+
 std::string decodedBase64(const Json& json) {
   const auto text = jsonText(json);
   const auto bytes = text ? bytesOfBase64(*text) : std::nullopt;
@@ -178,6 +181,17 @@ void decodeValue(const Json& json, ThermalState& state) {
     return;
   }
   refuse("is no thermal state");
+}
+
+OrderedJson encodeValue(FileKind kind) {
+  return kFileKinds[static_cast<std::size_t>(kind)];
+}
+
+void decodeValue(const Json& json, FileKind& kind) {
+  const auto name = jsonText(json);
+  const auto known = std::find(kFileKinds.begin(), kFileKinds.end(), name);
+  if (known == kFileKinds.end()) refuse("is no kind of file");
+  kind = static_cast<FileKind>(known - kFileKinds.begin());
 }
 
 OrderedJson encodeValue(const RawUsage& usage) {

@@ -11,6 +11,7 @@
 
 #include "base/json.h"
 #include "frame/thermal_state.h"
+#include "host/folder_source.h"
 #include "host/process_source.h"
 #include "host/property.h"
 #include "host/smc_source.h"
@@ -51,6 +52,10 @@ void decodeValue(const Json& json, std::string& text);
 
 OrderedJson encodeValue(ThermalState state);
 void decodeValue(const Json& json, ThermalState& state);
+
+// "folder", "file", "link" or "other".
+OrderedJson encodeValue(FileKind kind);
+void decodeValue(const Json& json, FileKind& kind);
 
 // A list of six numbers in the order of the fields; without energy, of five.
 OrderedJson encodeValue(const RawUsage& usage);

@@ -183,6 +183,32 @@ struct ReplayedFiles final : Replayed<FileSource> {
   }
 };
 
+struct ReplayedFolders final : Replayed<FolderSource> {
+  ReplayedFolders(std::shared_ptr<ReplaySession> recording, std::optional<BaseFolders> folders)
+      : Replayed(std::move(recording)), base(std::move(folders)) {}
+  std::optional<BaseFolders> baseFolders() override { return base; }
+  std::optional<std::string> resolved(const std::string& path) override {
+    return session->lasting(&LastingAnswers::resolvedPaths, path);
+  }
+  bool exists(const std::string& path) override {
+    return session->lasting(&LastingAnswers::existing, path).value_or(false);
+  }
+  std::optional<FileFacts> facts(const std::string& path) override {
+    return session->lasting(&LastingAnswers::fileFacts, path);
+  }
+  std::vector<FolderEntry> list(const std::string& folder) override {
+    return session->lasting(&LastingAnswers::folderLists, folder)
+        .value_or(std::vector<FolderEntry>{});
+  }
+  std::optional<std::int64_t> measure(const std::string& folder, MeasureWatch& watch) override {
+    if (watch.abandoned()) return std::nullopt;
+    const std::int64_t bytes = session->lasting(&LastingAnswers::folderSizes, folder).value_or(0);
+    watch.add(0, bytes);
+    return bytes;
+  }
+  const std::optional<BaseFolders> base;
+};
+
 Host hostOf(const RecordingHeader& header, const std::shared_ptr<ReplaySession>& session) {
   Host absent = absentHost();
   return Host{
@@ -205,8 +231,8 @@ Host hostOf(const RecordingHeader& header, const std::shared_ptr<ReplaySession>&
       .powerLog = std::make_unique<ReplayedPowerLog>(session),
       .commands = std::make_unique<ReplayedCommands>(session),
       .files = std::make_unique<ReplayedFiles>(session),
-      // Of the machine's folders a recording knows nothing.
-      .folders = std::move(absent.folders),
+      .folders = std::make_unique<ReplayedFolders>(session, header.baseFolders),
+      // Nothing of this machine is moved.
       .trash = std::move(absent.trash),
   };
 }

@@ -1,5 +1,6 @@
 #include "recorded_worlds.h"
 
+#include <memory>
 #include <stdexcept>
 #include <utility>
 #include <variant>
@@ -83,6 +84,21 @@ void fillReadings(ScriptedHost& world) {
   world.memoryFreeLevel = -5;
 }
 
+struct WorldFolders final : FolderSource {
+  explicit WorldFolders(FolderWorld& folders) : world(folders) {}
+  std::optional<BaseFolders> baseFolders() override { return world.baseFolders(); }
+  std::optional<std::string> resolved(const std::string& path) override {
+    return world.resolved(path);
+  }
+  bool exists(const std::string& path) override { return world.exists(path); }
+  std::optional<FileFacts> facts(const std::string& path) override { return world.facts(path); }
+  std::vector<FolderEntry> list(const std::string& folder) override { return world.list(folder); }
+  std::optional<std::int64_t> measure(const std::string& folder, MeasureWatch& watch) override {
+    return world.measure(folder, watch);
+  }
+  FolderWorld& world;
+};
+
 }  // namespace
 
 void fillLaptop(ScriptedHost& world) {
@@ -104,12 +120,15 @@ Questions laptopQuestions() {
           .files = {"/Users/ada/project/package.json", "/none"}};
 }
 
-std::string recordingOf(ScriptedHost& world, const std::function<void(Host&)>& use) {
+std::string recordingOf(ScriptedHost& world, const std::function<void(Host&)>& use,
+                        FolderWorld* folders) {
   const ScratchFolder folder;
   auto opened = RecordingWriter::open(folder / "recording.jsonl");
   const auto writer = std::get<std::shared_ptr<RecordingWriter>>(std::move(opened));
   {
-    Host host = recordingHost(world.host(), writer);
+    Host live = world.host();
+    if (folders != nullptr) live.folders = std::make_unique<WorldFolders>(*folders);
+    Host host = recordingHost(std::move(live), writer);
     use(host);
   }
   if (!writer->problem().empty()) throw std::runtime_error(writer->problem());

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "fakes/folder_world.h"
 #include "fakes/interview.h"
 #include "fakes/scratch_folder.h"
 #include "fakes/scripted_host.h"
@@ -17,8 +18,10 @@ namespace embrix {
 void fillLaptop(ScriptedHost& world);
 Questions laptopQuestions();
 
-// The bytes of the file that `use` leaves behind when it works on a recorded machine.
-std::string recordingOf(ScriptedHost& world, const std::function<void(Host&)>& use);
+// The bytes of the file that `use` leaves behind when it works on a recorded machine, which has no
+// folders unless they are given.
+std::string recordingOf(ScriptedHost& world, const std::function<void(Host&)>& use,
+                        FolderWorld* folders = nullptr);
 
 // A recording of so many interviews, 2 seconds apart.
 std::string recordedInterviews(ScriptedHost& world, const Questions& questions, int ticks,

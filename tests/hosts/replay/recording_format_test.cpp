@@ -17,7 +17,7 @@ constexpr std::string_view kHeader =
     R"("systemName":"macOS","systemMajor":14,"systemMinor":5,"systemPatch":1},)"
     R"("user":{"uid":501,"homeDirectory":"/Users/ada"},"ticksToNS":41.666666666666664,)"
     R"("pageSize":16384,"physicalBytes":17179869184,"hasBattery":true,"hasSmc":false,)"
-    R"("sensors":["PMU tdie1",""]})";
+    R"("sensors":["PMU tdie1",""],"baseFolders":{"cache":"/c","data":"/d"}})";
 
 constexpr std::string_view kTick =
     R"({"tick":2,"uptime":[7.5,7.75],"wallTime":[1750000002.25],"processes":[{"gone":[9],)"
@@ -38,6 +38,13 @@ constexpr std::string_view kTick =
     R"({}]],"memoryCounters":[{"internalPages":1,"purgeablePages":2,"wiredPages":3,)"
     R"("compressorPages":4}],"memoryFreeLevel":[50],"assertions":[[{"pid":412,)"
     R"("assertions":[{"AssertName":"x"}]}]],"files":[{"of":"/f","answer":"text"}],)"
+    R"("resolvedPaths":[{"of":"/l","answer":"/f"},{"of":"/none"}],)"
+    R"("existing":[{"of":"/f","answer":true}],"fileFacts":[{"of":"/d","answer":{)"
+    R"("kind":"folder","modified":1.5,"device":1,"inode":18446744073709551615,"born":-1}},)"
+    R"({"of":"/o","answer":{"kind":"other","modified":0.0,"device":0,"inode":2}}],)"
+    R"("folderLists":[{"of":"/d","answer":[{"name":{"base64":"/w=="},"kind":"file",)"
+    R"("modified":2.0,"hidden":false},{"name":".l","kind":"link","modified":3.0,)"
+    R"("hidden":true}]}],"folderSizes":[{"of":"/d","answer":4096}],)"
     R"("powerLog":"Sleep\n","commandOutputs":[{"of":["/bin/ps","-ax"],"answer":"PID"}],)"
     R"("commandStarts":[{"of":["/bin/open"],"answer":true}]})";
 
@@ -90,7 +97,8 @@ TEST(RecordingFormatTest, AHeaderIsWrittenInThisForm) {
                                .physicalBytes = 16ULL << 30,
                                .hasBattery = true,
                                .hasSmc = false,
-                               .sensors = {"PMU tdie1", ""}};
+                               .sensors = {"PMU tdie1", ""},
+                               .baseFolders = BaseFolders{.cache = "/c", .data = "/d"}};
   EXPECT_EQ(encodeHeader(header), kHeader);
   EXPECT_EQ(headerOf(kHeader), header);
 }
@@ -125,6 +133,16 @@ TEST(RecordingFormatTest, ATickIsWrittenInThisForm) {
   EXPECT_EQ(tick.lasting.smc.at(SmcPacketBytes{}), std::nullopt);
   EXPECT_EQ(tick.lasting.commandOutputs.at({"/bin/ps", "-ax"}), "PID");
   EXPECT_EQ(tick.lasting.powerLog, "Sleep\n");
+  EXPECT_EQ(tick.lasting.resolvedPaths.at("/l"), "/f");
+  EXPECT_EQ(tick.lasting.resolvedPaths.at("/none"), std::nullopt);
+  EXPECT_EQ(tick.lasting.existing.at("/f"), true);
+  EXPECT_EQ(tick.lasting.fileFacts.at("/d"),
+            (FileFacts{FileKind::folder, 1.5, {.device = 1, .inode = UINT64_MAX, .born = -1}}));
+  EXPECT_EQ(tick.lasting.fileFacts.at("/o"), (FileFacts{FileKind::other, 0, {.inode = 2}}));
+  EXPECT_EQ(tick.lasting.folderLists.at("/d"),
+            (std::vector<FolderEntry>{{"\xff", FileKind::file, 2, false},
+                                      {".l", FileKind::link, 3, true}}));
+  EXPECT_EQ(tick.lasting.folderSizes.at("/d"), 4096);
 }
 
 TEST(RecordingFormatTest, WhatWasNotAskedIsNotWritten) {
@@ -230,6 +248,8 @@ TEST(RecordingFormatTest, AMissingKeyOfATickIsAProblem) {
       {"/about/0/answer/listening/0/port", "about[0].answer.listening[0].port is missing"},
       {"/programs/0/answer/path", "programs[0].answer.path is missing"},
       {"/energyIntervals/0/channels/0/unit", "energyIntervals[0].channels[0].unit is missing"},
+      {"/fileFacts/0/answer/inode", "fileFacts[0].answer.inode is missing"},
+      {"/folderLists/0/answer/0/hidden", "folderLists[0].answer[0].hidden is missing"},
       {"/memoryCounters/0/wiredPages", "memoryCounters[0].wiredPages is missing"},
       {"/assertions/0/0/pid", "assertions[0][0].pid is missing"},
   };
@@ -337,6 +357,12 @@ TEST(RecordingFormatTest, ValuesOfTheWrongKindAreProblems) {
       {"/thermalState/0", "\"hot\"", "thermalState[0] is no thermal state"},
       {"/thermalState/0", "2", "thermalState[0] is no thermal state"},
       {"/powerLog", "[]", "powerLog is no text"},
+      {"/fileFacts/0/answer/kind", "\"pipe\"", "fileFacts[0].answer.kind is no kind of file"},
+      {"/fileFacts/0/answer/kind", "0", "fileFacts[0].answer.kind is no kind of file"},
+      {"/folderLists/0/answer", "{}", "folderLists[0].answer is no list"},
+      {"/folderSizes/0/answer", "1.5",
+       "folderSizes[0].answer is no whole number from -9223372036854775808 to "
+       "9223372036854775807"},
       {"/commandOutputs/0/of", "\"/bin/ps\"", "commandOutputs[0].of is no list"},
   };
   for (const Case& test : cases) {

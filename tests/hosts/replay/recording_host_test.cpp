@@ -6,6 +6,7 @@
 #include <thread>
 #include <variant>
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -253,6 +254,107 @@ TEST(RecordingHostTest, AFullDiskDoesNotDisturbTheRun) {
   EXPECT_EQ(answers.table.size(), world.processes.size());
   EXPECT_THAT(writer->problem(), HasSubstr("cannot record to "));
   EXPECT_EQ(folder.read("r.jsonl").size(), 2000U);
+}
+
+// Everything that a folder source can be asked about those paths.
+std::string folderAnswers(Host& host) {
+  std::string answers;
+  const auto base = host.folders->baseFolders();
+  answers += base ? base->cache + " " + base->data : "none";
+  for (const char* path : {"/Users/ada", "/Users/ada/cache", "/Users/ada/link", "/Users/ada/empty",
+                           "/Users/ada/cache/\xff", "/none", ""}) {
+    const auto facts = host.folders->facts(path);
+    MeasureWatch watch;
+    answers += fmt::format("\n{}: {} {} {} {}", path, host.folders->resolved(path).value_or("?"),
+                           host.folders->exists(path),
+                           facts ? fmt::format("{} {} {}", static_cast<int>(facts->kind),
+                                               facts->modified, facts->identity.inode)
+                                 : "?",
+                           host.folders->measure(path, watch).value_or(-1));
+    for (const FolderEntry& entry : host.folders->list(path)) {
+      answers += fmt::format(", {} {} {} {}", entry.name, static_cast<int>(entry.kind),
+                             entry.modified, entry.hidden);
+    }
+  }
+  return answers;
+}
+
+void fillFolders(FolderWorld& folders) {
+  folders.base = BaseFolders{.cache = "/Users/ada/.cache", .data = "/Users/ada/.local/share"};
+  folders.folder("/Users/ada/cache", 5.5);
+  folders.folder("/Users/ada/empty");
+  folders.file("/Users/ada/cache/\xff", 4096, 6);
+  folders.file("/Users/ada/cache/.hidden", 512, 7, "text");
+  folders.link("/Users/ada/link", "/Users/ada/cache");
+}
+
+TEST(RecordingHostTest, FoldersAreReplayedAsTheyStoodInEachTick) {
+  ScriptedHost world;
+  FolderWorld folders;
+  fillFolders(folders);
+  std::vector<std::string> given;
+  Replay replay = replayOf(recordingOf(
+      world,
+      [&](Host& live) {
+        live.clock->beginTick();
+        given.push_back(folderAnswers(live));
+        live.clock->beginTick();
+        given.push_back(folderAnswers(live));
+        folders.remove("/Users/ada/cache/\xff");
+        folders.remove("/Users/ada/link");
+        folders.file("/Users/ada/empty/new", 8192);
+        live.clock->beginTick();
+        given.push_back(folderAnswers(live));
+      },
+      &folders));
+  EXPECT_EQ(given[0], given[1]);
+  EXPECT_NE(given[1], given[2]);
+  for (const std::string& answers : given) {
+    replay.host.clock->beginTick();
+    EXPECT_EQ(folderAnswers(replay.host), answers);
+  }
+}
+
+TEST(RecordingHostTest, AMeasurementThatWasAbandonedIsNoAnswer) {
+  ScriptedHost world;
+  FolderWorld folders;
+  fillFolders(folders);
+  const std::string recording = recordingOf(
+      world,
+      [&](Host& live) {
+        live.clock->beginTick();
+        MeasureWatch watch;
+        EXPECT_EQ(live.folders->measure("/Users/ada/cache", watch), 4608);
+        watch.abandon();
+        EXPECT_EQ(live.folders->measure("/Users/ada/cache", watch), std::nullopt);
+      },
+      &folders);
+  Replay replay = replayOf(recording);
+  replay.host.clock->beginTick();
+  MeasureWatch watch;
+  EXPECT_EQ(replay.host.folders->measure("/Users/ada/cache", watch), 4608);
+  EXPECT_EQ(watch.bytes(), 4608);
+  watch.abandon();
+  EXPECT_EQ(replay.host.folders->measure("/Users/ada/cache", watch), std::nullopt);
+}
+
+TEST(RecordingHostTest, NothingIsMovedInAReplay) {
+  ScriptedHost world;
+  FolderWorld folders;
+  fillFolders(folders);
+  Replay replay = replayOf(recordingOf(
+      world,
+      [&](Host& live) {
+        live.clock->beginTick();
+        live.folders->facts("/Users/ada/cache");
+      },
+      &folders));
+  replay.host.clock->beginTick();
+  const auto facts = replay.host.folders->facts("/Users/ada/cache");
+  ASSERT_TRUE(facts);
+  EXPECT_EQ(replay.host.trash->moveToTrash("/Users/ada/cache", facts->identity),
+            TrashMove{.outcome = TrashOutcome::failed});
+  EXPECT_TRUE(folders.has("/Users/ada/cache"));
 }
 
 struct ConstantLog final : PowerLogSource {
