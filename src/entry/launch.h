@@ -1,4 +1,4 @@
-// The few facts of this launch that the rest of the program asks for. main holds the one instance.
+// The few facts of this launch that the rest of the program asks for. One for each run.
 // Main thread only.
 #pragma once
 

@@ -1,5 +1,6 @@
 // A recording of this machine tells the same when it is replayed.
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -12,7 +13,7 @@ namespace embrix {
 namespace {
 
 using testing::HasSubstr;
-using testing::Not;
+using testing::StartsWith;
 
 class RecordingTest : public ProgramTest {
  protected:
@@ -41,11 +42,39 @@ TEST_F(RecordingTest, TheJSONReportIsTheSameToTheByte) {
   expectTheSameReplayed("--json");
 }
 
+TEST_F(RecordingTest, TheCleanupReportIsTheSameToTheByte) {
+  std::filesystem::create_directories(homeFolder_ / ".gradle/caches/8.7");
+  homeFolder_.write(".gradle/caches/8.7/x", std::string(3'000'000, 'x'));
+  const Outcome live = embrix({"--dump", "--cleanup", "--record", path()});
+  EXPECT_THAT(live.output, StartsWith("Gradle caches · 3 MB\n"));
+  std::filesystem::remove_all(homeFolder_ / ".gradle");
+  EXPECT_EQ(embrix({"--dump", "--cleanup", "--replay", path()}).output, live.output);
+}
+
 TEST_F(RecordingTest, ARecordingOfAReplayTellsTheSame) {
   const Outcome live = embrix({"--json", "--record", path()});
   const std::string second = folder_ / "second";
   EXPECT_EQ(embrix({"--json", "--replay", path(), "--record", second}).output, live.output);
   EXPECT_EQ(embrix({"--json", "--replay", second}).output, live.output);
+}
+
+TEST_F(RecordingTest, AReportThatNobodyReadsIsNotPrintedIntoTheRecording) {
+  const Outcome live = embrix({"--json", "--record", path()});
+  const std::string second = folder_ / "second";
+  const Outcome unread =
+      outcomeOf({"/bin/sh", "-c", "exec \"$0\" --json --replay \"$1\" --record \"$2\" <&- >&-",
+                 EMBRIX_PROGRAM, path(), second});
+  EXPECT_EQ(unread.exitStatus, 0);
+  EXPECT_EQ(unread.complaints, "");
+  EXPECT_EQ(embrix({"--json", "--replay", second}).output, live.output);
+}
+
+TEST_F(RecordingTest, AFileThatMayNotGrowIsOneSentenceBehindTheReport) {
+  const Outcome limited = outcomeOf(
+      {"/bin/sh", "-c", "ulimit -f 0; exec \"$0\" --json --record \"$1\"", EMBRIX_PROGRAM, path()});
+  EXPECT_EQ(limited.exitStatus, 2);
+  EXPECT_THAT(limited.output, StartsWith("{\n  \"apps\" : ["));
+  EXPECT_EQ(limited.complaints, "embrix: cannot record to " + path() + ": File too large.\n");
 }
 
 TEST_F(RecordingTest, AReplayedRunTakesTheOptionsOfItsOwnCommandLine) {
