@@ -103,7 +103,8 @@ std::optional<ListeningSocket> parseTableLine(std::string_view line) {
   ListeningSocket listener;
   const char* end = local.data() + local.size();
   const auto port = std::from_chars(local.data() + colon + 1, end, listener.port, 16);
-  if (!address || port.ec != std::errc() || port.ptr != end || listener.port > 0xffff) {
+  if (!address || port.ec != std::errc() || port.ptr != end || listener.port < 1 ||
+      listener.port > 0xffff) {
     return std::nullopt;
   }
   if (!scan.skip(5) || !scan.next(listener.inode)) return std::nullopt;
@@ -130,7 +131,7 @@ std::optional<ListeningSocket> parseDiagnosis(std::span<const std::uint8_t> mess
   inet_diag_msg diagnosis;
   if (message.size() < NLMSG_HDRLEN + sizeof diagnosis) return std::nullopt;
   std::memcpy(&diagnosis, message.data() + NLMSG_HDRLEN, sizeof diagnosis);
-  if (diagnosis.idiag_state != kListenState) return std::nullopt;
+  if (diagnosis.idiag_state != kListenState || diagnosis.id.idiag_sport == 0) return std::nullopt;
   const std::size_t length = diagnosis.idiag_family == AF_INET ? 4 : 16;
   const auto* address = reinterpret_cast<const std::uint8_t*>(diagnosis.id.idiag_src);
   return ListeningSocket{.inode = diagnosis.idiag_inode,

@@ -22,7 +22,8 @@ struct ListeningSocket {
 // when the kernel refuses; the tables below /proc/net say the same at fifty times the cost.
 std::optional<std::vector<ListeningSocket>> diagnoseListeners();
 
-// What one netlink message of the answer holds; absent when it is cut short. Exposed for tests.
+// The listener that one netlink message of the answer tells of; absent for other states, without a
+// port, and when it is cut short. Exposed for tests.
 std::optional<ListeningSocket> parseDiagnosis(std::span<const std::uint8_t> message);
 
 // The listeners of /proc/net/tcp or /proc/net/tcp6; lines that make no sense are passed over.

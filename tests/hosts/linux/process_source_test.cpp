@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <thread>
 #include <vector>
@@ -406,6 +407,63 @@ TEST_F(LinuxProcessSourceTest, LiveChildThatEndsLeavesTheTable) {
   ASSERT_EQ(waitpid(child, nullptr, 0), child);
   live.read(table);
   EXPECT_FALSE(find(table, child));
+}
+
+TEST_F(LinuxProcessSourceTest, LiveNameMayHoldAnythingAndItsProgramMayBeGone) {
+  const std::string program =
+      std::filesystem::canonical(tree.root()).string() + "/a (b) \x1b[1m\n)c";
+  std::filesystem::copy_file("/bin/cat", program);
+  int hold[2];
+  ASSERT_EQ(pipe(hold), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(hold[0], STDIN_FILENO);
+    close(hold[0]);
+    close(hold[1]);
+    execl(program.c_str(), program.c_str(), nullptr);
+    _exit(127);
+  }
+  close(hold[0]);
+  LinuxProcessSource live;
+  const RawProcess* found = nullptr;
+  do {  // until it has become that program
+    live.read(table);
+    found = find(table, child);
+  } while (found != nullptr && found->commandName.substr(0, 1) != "a");
+  ASSERT_TRUE(found);
+  EXPECT_EQ(found->commandName, "a (b) \x1b[1m\n)c");
+  EXPECT_EQ(found->ppid, getpid());
+  EXPECT_EQ(live.executablePath(child), program);
+  std::filesystem::remove(program);
+  EXPECT_EQ(live.executablePath(child), program);
+  close(hold[1]);
+  ASSERT_EQ(waitpid(child, nullptr, 0), child);
+  EXPECT_EQ(live.executablePath(child), std::nullopt);
+}
+
+// Asked by an unprivileged child even where the tests run as root.
+TEST_F(LinuxProcessSourceTest, LiveProcessOfAnotherUserStandsThereWithoutItsPath) {
+  const bool isRoot = geteuid() == 0;
+  const pid_t other = isRoot ? getpid() : 1;
+  const auto looks = [&] {
+    constexpr uid_t kNobody = 65534;
+    if (isRoot && setresuid(kNobody, kNobody, kNobody) != 0) return false;
+    char target[16];
+    const bool isReadable =
+        readlink(("/proc/" + std::to_string(other) + "/exe").c_str(), target, sizeof target) >= 0;
+    LinuxProcessSource live;
+    live.read(table);
+    const RawProcess* self = find(table, getpid());
+    const RawProcess* found = find(table, other);
+    return self != nullptr && self->uid == geteuid() && found != nullptr && found->usage &&
+           (!isRoot || found->uid == 0) && !found->commandName.empty() && !(isRoot && isReadable) &&
+           live.executablePath(other).has_value() == isReadable;
+  };
+  const pid_t child = fork();
+  if (child == 0) _exit(looks() ? 0 : 1);
+  int status = -1;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
 }
 
 }  // namespace

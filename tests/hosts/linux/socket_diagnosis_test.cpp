@@ -63,16 +63,61 @@ TEST(SocketTableTest, OtherStatesAndBrokenLinesArePassedOver) {
   }
   EXPECT_TRUE(parseSocketTable("0: ZZ00007F:0BB8 0:0 0A 0 0 0 1000 0 4242").empty());
   EXPECT_TRUE(parseSocketTable("0: 0100007F:BB8000 0:0 0A 0 0 0 1000 0 4242").empty());
+  EXPECT_TRUE(parseSocketTable("0: 0100007F:0000 0:0 0A 0 0 0 1000 0 4242").empty());
+  EXPECT_TRUE(parseSocketTable("0: 0100007F:-1 0:0 0A 0 0 0 1000 0 4242").empty());
+}
+
+std::vector<std::uint8_t> messageWith(const inet_diag_msg& diagnosis) {
+  std::vector<std::uint8_t> message(NLMSG_HDRLEN + sizeof diagnosis);
+  std::memcpy(message.data() + NLMSG_HDRLEN, &diagnosis, sizeof diagnosis);
+  return message;
+}
+
+TEST(SocketDiagnosisTest, ListenersOfBothFamiliesWithTheirExposure) {
+  struct Case {
+    std::uint8_t family;
+    const char* address;
+    bool exposed;
+  };
+  const Case cases[] = {
+      {AF_INET, "127.0.0.1", false}, {AF_INET, "127.9.8.7", false},
+      {AF_INET, "0.0.0.0", true},    {AF_INET, "192.168.1.2", true},
+      {AF_INET6, "::1", false},      {AF_INET6, "::ffff:127.0.0.1", false},
+      {AF_INET6, "::", true},        {AF_INET6, "::ffff:10.0.0.1", true},
+      {AF_INET6, "::2", true},       {AF_INET6, "7f00::1", true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.address);
+    inet_diag_msg diagnosis{};
+    diagnosis.idiag_family = c.family;
+    diagnosis.idiag_state = 10;
+    diagnosis.idiag_inode = 7;
+    diagnosis.id.idiag_sport = htons(8080);
+    ASSERT_EQ(inet_pton(c.family, c.address, diagnosis.id.idiag_src), 1);
+    EXPECT_EQ(parseDiagnosis(messageWith(diagnosis)), (ListeningSocket{7, 8080, c.exposed}));
+  }
+}
+
+TEST(SocketDiagnosisTest, OtherStatesAndSocketsWithoutAPortAreNone) {
+  inet_diag_msg diagnosis{};
+  diagnosis.idiag_family = AF_INET;
+  diagnosis.id.idiag_sport = htons(8080);
+  for (const int state : {1, 2, 7, 9, 11}) {
+    diagnosis.idiag_state = static_cast<std::uint8_t>(state);
+    EXPECT_EQ(parseDiagnosis(messageWith(diagnosis)), std::nullopt) << state;
+  }
+  diagnosis.idiag_state = 10;
+  diagnosis.id.idiag_sport = 0;
+  EXPECT_EQ(parseDiagnosis(messageWith(diagnosis)), std::nullopt);
 }
 
 TEST(SocketDiagnosisTest, MessageThatIsCutShortIsAbsent) {
-  std::vector<std::uint8_t> message(NLMSG_HDRLEN + sizeof(inet_diag_msg));
   inet_diag_msg diagnosis{};
   diagnosis.idiag_family = AF_INET6;
   diagnosis.idiag_state = 10;
   diagnosis.idiag_inode = 4242;
   diagnosis.id.idiag_sport = htons(3000);
-  std::memcpy(message.data() + NLMSG_HDRLEN, &diagnosis, sizeof diagnosis);
+  const std::vector<std::uint8_t> message = messageWith(diagnosis);
   EXPECT_EQ(parseDiagnosis(message), (ListeningSocket{4242, 3000, true}));
   for (std::size_t size = 0; size < message.size(); ++size) {
     EXPECT_FALSE(parseDiagnosis({message.data(), size})) << size;
