@@ -40,6 +40,7 @@ class Spawn {
     ::sigemptyset(&signals);
     ::posix_spawnattr_setsigmask(&attributes_, &signals);
     ::sigaddset(&signals, SIGPIPE);
+    ::sigaddset(&signals, SIGXFSZ);
     ::posix_spawnattr_setsigdefault(&attributes_, &signals);
     const int session = ownSession ? POSIX_SPAWN_SETSID : 0;
     ::posix_spawnattr_setflags(

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <string>
@@ -91,6 +92,14 @@ TEST_F(LinuxCommandRunnerTest, SignalsAreAsAProgramExpectsThem) {
   const auto status = shell("grep SigBlk /proc/self/status");
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
   EXPECT_EQ(status, "SigBlk:\t0000000000000000\n");
+
+  // Those that this program ignores.
+  const auto pipe = std::signal(SIGPIPE, SIG_IGN);
+  const auto fileSize = std::signal(SIGXFSZ, SIG_IGN);
+  const auto ignored = shell("grep SigIgn /proc/self/status");
+  std::signal(SIGPIPE, pipe);
+  std::signal(SIGXFSZ, fileSize);
+  EXPECT_EQ(ignored, "SigIgn:\t0000000000000000\n");
 }
 
 TEST_F(LinuxCommandRunnerTest, NoZombieIsLeftBehind) {
