@@ -2,7 +2,6 @@
 // bytes, which may be anything; any thread. Dates are seconds since 1970.
 #pragma once
 
-#include <compare>
 #include <map>
 #include <optional>
 #include <string>
