@@ -14,8 +14,9 @@ constexpr std::array<double, 3> kMint = {0.239, 0.859, 0.706};
 constexpr double kSleepyLids = 0.3;  // of the eyes' height
 constexpr std::array<double, 6> kSleepyMouth = {54, 79, 66, 79, 60, 81};
 
+// At 0 and 1 exactly the one and the other.
 double mixed(double a, double b, double t) {
-  return a + (b - a) * t;
+  return std::lerp(a, b, t);
 }
 
 template <std::size_t count>
