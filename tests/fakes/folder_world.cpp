@@ -58,6 +58,7 @@ const FolderWorld::Node* FolderWorld::find(const std::string& path) const {
 
 std::optional<std::string> FolderWorld::resolved(const std::string& path) {
   if (path == "/") return path;
+  if (!path.starts_with('/')) return std::nullopt;
   std::string place = path;
   for (int links = 0; links < 8; ++links) {
     const auto parent = resolved(std::string(PathText::parent(place)));

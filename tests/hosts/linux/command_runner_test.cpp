@@ -96,10 +96,13 @@ TEST_F(LinuxCommandRunnerTest, SignalsAreAsAProgramExpectsThem) {
   // Those that this program ignores.
   const auto pipe = std::signal(SIGPIPE, SIG_IGN);
   const auto fileSize = std::signal(SIGXFSZ, SIG_IGN);
-  const auto ignored = shell("grep SigIgn /proc/self/status");
+  const auto ignored = shell("sed -n 's/SigIgn:[[:space:]]*//p' /proc/self/status");
   std::signal(SIGPIPE, pipe);
   std::signal(SIGXFSZ, fileSize);
-  EXPECT_EQ(ignored, "SigIgn:\t0000000000000000\n");
+  ASSERT_TRUE(ignored);
+  // Two more, 32 and 33, are the C library's own, whose ways with them are as it was started.
+  constexpr unsigned long long kStandard = 0x7fffffff;
+  EXPECT_EQ(std::stoull(*ignored, nullptr, 16) & kStandard, 0u) << *ignored;
 }
 
 TEST_F(LinuxCommandRunnerTest, NoZombieIsLeftBehind) {
