@@ -111,8 +111,9 @@ std::optional<std::string> SimulatorFinder::udid(const std::vector<std::string>&
   for (const std::string& argument : arguments) {
     const std::size_t folder = argument.find(kFolder);
     if (folder == std::string::npos) continue;
-    std::string text = argument.substr(folder + kFolder.size(), kUUIDLength);
-    if (isUUID(text)) return text;
+    const std::string_view text =
+        std::string_view(argument).substr(folder + kFolder.size(), kUUIDLength);
+    if (isUUID(text)) return std::string(text);
   }
   return std::nullopt;
 }

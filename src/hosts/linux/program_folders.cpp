@@ -54,7 +54,7 @@ bool isOwnBelowBase(std::string_view rest) {
 std::optional<std::string> ownFolder(const std::string& program, const std::string& home) {
   std::string folder = program.substr(0, program.rfind('/'));
   for (const std::string_view last : {"/bin", "/sbin"}) {
-    if (folder.ends_with(last)) folder.resize(folder.size() - last.size());
+    if (folder.ends_with(last)) folder.erase(folder.size() - last.size());
   }
   for (const std::string_view base : kBases) {
     const std::string start = baseWithHome(base, home);
