@@ -19,6 +19,7 @@
 #include "hosts/linux/folder_source.h"
 #include "hosts/linux/trash.h"
 #include "manifest.h"
+#include "ordinary_user.h"
 #include "other_volume.h"
 
 namespace embrix {
@@ -242,6 +243,26 @@ TEST_F(CleanupOnDiskTest, AFolderThatGrewSinceItWasMeasuredGoesWhole) {
   EXPECT_EQ((*cleanup.lastCleared())->bytes, npm.bytes);
   cleanup.putBack();
   EXPECT_TRUE(fs::exists(home / ".npm/_cacache/content-v2/new"));
+}
+
+TEST_F(CleanupOnDiskTest, AnUnreadableChildGoesAndComesBackWithTheRest) {
+  home.file(".npm/_cacache/closed/x", 3);
+  home.giveTo(OrdinaryUser::kNobody);
+  const std::string npm = home / ".npm/_cacache";
+  const Manifest before = manifestOf(npm);
+  fs::permissions(npm + "/closed", fs::perms::none);
+  {
+    const OrdinaryUser user;
+    scan();
+    EXPECT_LT(item("npm cache").bytes, 10'000'000) << "nobody can tell what is in it";
+    clear({item("npm cache")});
+    EXPECT_EQ(*cleanup.problem(), std::nullopt);
+    EXPECT_FALSE(fs::exists(npm));
+    cleanup.putBack();
+  }
+  EXPECT_EQ(*cleanup.problem(), std::nullopt);
+  fs::permissions(npm + "/closed", fs::perms(0755));
+  EXPECT_EQ(manifestOf(npm), before);
 }
 
 TEST_F(CleanupOnDiskTest, ANameWithALineEndIsClearedAndPutBack) {

@@ -56,6 +56,16 @@ class DeveloperHome {
     ::utimensat(AT_FDCWD, (home_ / name).c_str(), times, AT_SYMLINK_NOFOLLOW);
   }
 
+  // Everything in it, and the way to it. Nothing where the user may not give anything away: then it
+  // is the user's own.
+  void giveTo(uid_t user) const {
+    ::chmod(scratch_.path().c_str(), 0755);
+    ::lchown(home_.c_str(), user, user);
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(home_)) {
+      ::lchown(entry.path().c_str(), user, user);
+    }
+  }
+
   // What the simulator tool says.
   static std::string simulators() {
     return fmt::format(

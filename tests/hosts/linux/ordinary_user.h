@@ -9,13 +9,12 @@ namespace embrix {
 
 class OrdinaryUser {
  public:
+  static constexpr uid_t kNobody = 65'534;
+
   OrdinaryUser() { ::setfsuid(kNobody); }
   OrdinaryUser(const OrdinaryUser&) = delete;
   OrdinaryUser& operator=(const OrdinaryUser&) = delete;
   ~OrdinaryUser() { ::setfsuid(::geteuid()); }
-
- private:
-  static constexpr uid_t kNobody = 65'534;
 };
 
 }  // namespace embrix
