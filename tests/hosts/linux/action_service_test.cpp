@@ -69,13 +69,13 @@ class BusActionServiceTest : public testing::Test {
     std::string told;
     std::atomic<bool> isOver = false;
     std::thread from([&] {
-      caller.run([&](sd_bus* connection) {
+      caller.run([&](sd_bus* calling) {
         sd_bus_error error{};
         sd_bus_message* reply = nullptr;
         const int result = argument == nullptr
-                               ? sd_bus_call_method(connection, kName, kPath, interface, method,
+                               ? sd_bus_call_method(calling, kName, kPath, interface, method,
                                                     &error, &reply, "")
-                               : sd_bus_call_method(connection, kName, kPath, interface, method,
+                               : sd_bus_call_method(calling, kName, kPath, interface, method,
                                                     &error, &reply, types, argument);
         if (result < 0) {
           told = std::string("error ") + error.name + ": " + error.message;
