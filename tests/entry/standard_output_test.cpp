@@ -111,7 +111,9 @@ TEST_F(StandardOutputTest, WhatCannotBeWrittenIsTold) {
   const Descriptor closedToWriting(::open("/dev/null", O_RDONLY | O_CLOEXEC));
   EXPECT_FALSE(writeWhole(closedToWriting.number(), "text"));
   const Descriptor full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
-  if (full.isOpen()) EXPECT_FALSE(writeWhole(full.number(), "text"));
+  if (full.isOpen()) {
+    EXPECT_FALSE(writeWhole(full.number(), "text"));
+  }
 }
 
 }  // namespace

@@ -305,7 +305,9 @@ TEST_F(LinuxEventLoopTest, AnotherLoopCanTurnThisOne) {
   loop.onEnd(note("end"));
   while (!loop.isOver() || log.size() < 2) {
     pollfd ready = {loop.descriptor(), POLLIN, 0};
-    if (!loop.prepare()) ASSERT_EQ(::poll(&ready, 1, 60'000), 1);
+    if (!loop.prepare()) {
+      ASSERT_EQ(::poll(&ready, 1, 60'000), 1);
+    }
     loop.turn();
   }
   loop.end();

@@ -51,7 +51,9 @@ std::map<std::int32_t, ThreadRights> rightsOf(pid_t pid) {
 void expectSlowed(const ThreadRights& now, const CpuSet& before) {
   EXPECT_TRUE(now.cpus.isWithin(before));
   // A machine of one CPU has nowhere to move a thread to.
-  if (before.numbers().size() > 1) EXPECT_NE(now.cpus, before);
+  if (before.numbers().size() > 1) {
+    EXPECT_NE(now.cpus, before);
+  }
   EXPECT_EQ(now.io, kIdleIoPriority);
 }
 
