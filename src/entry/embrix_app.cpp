@@ -29,7 +29,7 @@ constexpr int kRefused = 2;
 
 constexpr std::string_view kNoWindowYet =
     "Embrix has no window yet; run it with --dump or --json for a report, with --background or "
-    "--watch to\nkeep its records, or with --help.\n";
+    "--watch to keep its records, or with --help.\n";
 
 using Arguments = std::vector<std::string>;
 using Problem = std::optional<std::string>;  // one sentence without a full stop
