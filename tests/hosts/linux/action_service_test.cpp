@@ -72,11 +72,11 @@ class BusActionServiceTest : public testing::Test {
       caller.run([&](sd_bus* calling) {
         sd_bus_error error{};
         sd_bus_message* reply = nullptr;
-        const int result = argument == nullptr
-                               ? sd_bus_call_method(calling, kName, kPath, interface, method,
-                                                    &error, &reply, "")
-                               : sd_bus_call_method(calling, kName, kPath, interface, method,
-                                                    &error, &reply, types, argument);
+        const int result =
+            argument == nullptr
+                ? sd_bus_call_method(calling, kName, kPath, interface, method, &error, &reply, "")
+                : sd_bus_call_method(calling, kName, kPath, interface, method, &error, &reply,
+                                     types, argument);
         if (result < 0) {
           told = std::string("error ") + error.name + ": " + error.message;
         } else {
