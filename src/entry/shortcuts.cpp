@@ -104,7 +104,7 @@ void Shortcuts::stopHottestApp(ActionReply reply) {
   whenReady(std::move(reply), stopHottest);
 }
 
-void Shortcuts::openConsole(ActionReply reply) {
+void Shortcuts::openConsole(const ActionReply& reply) {
   if (PowerModel* model = PowerModel::shared()) model->openConsole();
   reply(ActionResult{});
 }

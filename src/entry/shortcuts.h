@@ -20,7 +20,7 @@ struct Shortcuts {
   static void getSystemPower(ActionReply reply);  // watts, to a tenth
   static void calmHottestApp(ActionReply reply);
   static void stopHottestApp(ActionReply reply);
-  static void openConsole(ActionReply reply);  // never fails
+  static void openConsole(const ActionReply& reply);  // never fails
 
   // All of them, as they are offered to other programs.
   static std::vector<PublishedAction> actions();

@@ -124,8 +124,8 @@ class PowerModel {
   double totalWatts() const;  // of the whole machine; 0 without a frame
   LoadThresholds thresholds() const;
   LoadLevel loadLevel() const;
-  bool isHeated() const;  // not calm, or held back because of heat
-  bool isHot() const;     // hot, or held back because of heat
+  bool isHeated() const;  // not calm, or slowed down by the system because of heat
+  bool isHot() const;     // hot, or slowed down by the system because of heat
 
   // The first group of the frame that has such a process. Null without one; good until the next
   // frame.
@@ -139,7 +139,7 @@ class PowerModel {
 
   // ---- Left running. ----
 
-  // What nobody seems to be using, what is kept aside; most watts first, then the oldest first.
+  // What nobody seems to be using and the user does not keep; most watts first, then the oldest.
   std::vector<ForgottenRow> forgottenRows() const;
   std::vector<ForgottenItem> keptItems() const;
   void keep(const ForgottenItem& item);

@@ -75,14 +75,15 @@ bool PowerModel::hasOwnTarget(std::string_view key) const {
 }
 
 void PowerModel::handle(NotificationRouter::Action action, const std::string& groupKey) {
-  const Changes changes(*this);
   switch (action) {
     case NotificationRouter::Action::calm:
       calm(targetsInGroup(groupKey));
       break;
-    case NotificationRouter::Action::stop:
+    case NotificationRouter::Action::stop: {
+      const Changes changes(*this);
       for (const ProcessRow& row : targetsInGroup(groupKey)) quit(row);
       break;
+    }
     case NotificationRouter::Action::snooze:
       alerts_.snooze(groupKey, ports_.scheduler.wallTime() + kSnooze);
       break;

@@ -10,16 +10,19 @@ namespace embrix {
 
 namespace {
 
-void removeFrom(Frame& frame, std::int32_t pid) {
-  for (AppGroup& group : frame.groups) {
-    for (const ProcessRow& row : group.processes) {
-      if (row.pid != pid) continue;
-      group.watts -= row.watts;
-      group.cpuPercent -= row.cpuPercent;
-      group.wakeupsPerSecond -= row.wakeupsPerSecond;
-    }
-    std::erase_if(group.processes, [&](const ProcessRow& row) { return row.pid == pid; });
+void removeFrom(AppGroup& group, std::int32_t pid) {
+  const auto isGone = [&](const ProcessRow& row) { return row.pid == pid; };
+  if (std::erase_if(group.processes, isGone) == 0) return;
+  group.watts = group.cpuPercent = group.wakeupsPerSecond = 0;
+  for (const ProcessRow& row : group.processes) {
+    group.watts += row.watts;
+    group.cpuPercent += row.cpuPercent;
+    group.wakeupsPerSecond += row.wakeupsPerSecond;
   }
+}
+
+void removeFrom(Frame& frame, std::int32_t pid) {
+  for (AppGroup& group : frame.groups) removeFrom(group, pid);
   std::erase_if(frame.groups, [](const AppGroup& group) { return group.processes.empty(); });
   std::stable_sort(frame.groups.begin(), frame.groups.end(),
                    [](const AppGroup& a, const AppGroup& b) { return a.watts > b.watts; });
@@ -38,6 +41,7 @@ void PowerModel::showFixture(FixtureData data) {
   isFixture_ = true;
   MeasuredFrame::keepOnly(data.frame, ports_.scheduler.wallTime());
   frame_.exchange(std::move(data.frame));
+  nameGroups();
   history_.exchange(std::move(data.history));
   discharge_ = std::move(data.discharge);
   archive_ = std::move(data.archive);

@@ -38,7 +38,8 @@ double PowerModel::currentInterval() const {
     return kUnseenInterval;
   }
   const double set = ports_.defaults.doubleFor(SettingKeys::kSampleInterval);
-  return std::isfinite(set) ? std::max(set, kShortestInterval) : kUnseenInterval;
+  if (!std::isfinite(set)) return kUnseenInterval;  // nothing that could be waited for
+  return std::max(set, kShortestInterval);
 }
 
 void PowerModel::waitForFrame(double seconds, FrameReply reply) {

@@ -73,7 +73,7 @@ std::optional<std::string> PowerModel::batteryLine() const {
 
 std::string PowerModel::subjectForGroup(std::string_view key) const {
   const auto name = groupNames_->find(key);
-  const std::string fallback(name == groupNames_->end() ? key : name->second.view());
+  std::string fallback(name == groupNames_->end() ? key : name->second.view());
   if (!*frame_) return fallback;
   for (const AppGroup& group : (*frame_)->groups) {
     if (group.identity.key != key) continue;

@@ -47,6 +47,7 @@ TEST_F(PowerModelFixtureTest, EverythingIsShownAndNothingSampled) {
   EXPECT_THAT(model.history()->points(), SizeIs(1));
   EXPECT_THAT(model.archive()->days(), SizeIs(1));
   EXPECT_EQ((*model.overnight())->darkWakes, 4);
+  EXPECT_EQ(model.subjectForGroup("tool:node"), "node in Node");
   EXPECT_EQ(world.scheduler.workWaiting(), 0U);
 }
 
