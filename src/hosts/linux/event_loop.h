@@ -25,7 +25,7 @@ class LinuxEventLoop final : public EventLoop {
   LinuxEventLoop(const LinuxEventLoop&) = delete;
   LinuxEventLoop& operator=(const LinuxEventLoop&) = delete;
 
-  Scheduler& scheduler() override { return *scheduler_; }
+  Scheduler& scheduler() override { return scheduler_->scheduler(); }
   void run() override;
   void quit() override { isOver_ = true; }
 

@@ -12,11 +12,6 @@ namespace embrix {
 
 namespace {
 
-// Seconds that count on while the machine is suspended.
-double continuousTime() {
-  return static_cast<double>(::mach_continuous_time()) * machineTimeUnitNS() / 1e9;
-}
-
 // One timer of the kernel, which, unlike nanosleep(), does not stand still over a suspend.
 class SuspendProofTimer {
  public:
@@ -62,11 +57,15 @@ double MacClock::wallTime() {
 void MacClock::sleep(double seconds) {
   if (!(seconds > 0)) return;
   // A hundred years keep the numbers in range.
-  const double until = continuousTime() + std::min(seconds, 3.2e9);
+  const double until = continuousSeconds() + std::min(seconds, 3.2e9);
   const SuspendProofTimer timer;
-  for (double left = until - continuousTime(); left > 0; left = until - continuousTime()) {
+  for (double left = until - continuousSeconds(); left > 0; left = until - continuousSeconds()) {
     if (!timer.wait(left)) sleepAwakeTime(left);
   }
+}
+
+double continuousSeconds() {
+  return static_cast<double>(::mach_continuous_time()) * machineTimeUnitNS() / 1e9;
 }
 
 double machineTimeUnitNS() {

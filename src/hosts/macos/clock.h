@@ -13,6 +13,10 @@ class MacClock final : public Clock {
   void sleep(double seconds) override;
 };
 
+// Seconds since some moment before the program started, those that the machine was suspended among
+// them. Any thread.
+double continuousSeconds();
+
 // Nanoseconds in a machine time unit, the unit of the kernel's counters and time stamps.
 double machineTimeUnitNS();
 

@@ -1,4 +1,4 @@
-#include "hosts/linux/worker_threads.h"
+#include "base/worker_threads.h"
 
 #include <algorithm>
 #include <system_error>

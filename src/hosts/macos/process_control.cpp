@@ -1,0 +1,58 @@
+#include "hosts/macos/process_control.h"
+
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/sysctl.h>
+
+#include <cerrno>
+#include <cstddef>
+
+namespace embrix {
+
+namespace {
+
+static_assert(PRIO_DARWIN_PROCESS == 4 && PRIO_DARWIN_BG == 0x1000);
+
+constexpr int kOutOfBackground = 0;
+
+bool isThere(const ProcessIdentity& process) {
+  int name[] = {CTL_KERN, KERN_PROC, KERN_PROC_PID, process.pid};
+  struct kinfo_proc found {};
+  std::size_t size = sizeof found;
+  return process.pid > 0 && ::sysctl(name, 4, &found, &size, nullptr, 0) == 0 &&
+         size == sizeof found && found.kp_proc.p_pid == process.pid &&
+         found.kp_proc.p_starttime.tv_sec == process.startTime;
+}
+
+bool isInBackground(const ProcessIdentity& process) {
+  return ::getpriority(PRIO_DARWIN_PROCESS, static_cast<id_t>(process.pid)) == 1;
+}
+
+int setBand(const ProcessIdentity& process, int band) {
+  const int result = ::setpriority(PRIO_DARWIN_PROCESS, static_cast<id_t>(process.pid), band);
+  return result == 0 ? 0 : errno;
+}
+
+}  // namespace
+
+int MacProcessControl::calm(const ProcessIdentity& process) {
+  if (!isThere(process)) return ESRCH;
+  std::erase_if(wereThere_, [](const ProcessIdentity& each) { return !isThere(each); });
+  const bool wasThere = isInBackground(process);
+  const int error = setBand(process, PRIO_DARWIN_BG);
+  if (error == 0 && wasThere) wereThere_.insert(process);
+  return error;
+}
+
+int MacProcessControl::restore(const ProcessIdentity& process) {
+  if (!isThere(process)) return ESRCH;
+  if (wereThere_.erase(process) > 0) return 0;
+  return setBand(process, kOutOfBackground);
+}
+
+int MacProcessControl::terminate(const ProcessIdentity& process) {
+  if (!isThere(process)) return ESRCH;
+  return ::kill(process.pid, SIGTERM) == 0 ? 0 : errno;
+}
+
+}  // namespace embrix

@@ -1,0 +1,25 @@
+// Calm, restore and terminate on a Mac. Calm is the kernel's own background band, in which a
+// process runs on the efficiency cores alone; whoever may put a process there may take it out
+// again.
+//
+// The system names a process by its pid alone, so its start time is looked at right before each
+// call.
+#pragma once
+
+#include <set>
+
+#include "host/process_control.h"
+
+namespace embrix {
+
+class MacProcessControl final : public ProcessControl {
+ public:
+  int calm(const ProcessIdentity& process) override;
+  int restore(const ProcessIdentity& process) override;
+  int terminate(const ProcessIdentity& process) override;
+
+ private:
+  std::set<ProcessIdentity> wereThere_;  // in the background before they were calmed
+};
+
+}  // namespace embrix
