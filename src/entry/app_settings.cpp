@@ -2,8 +2,9 @@
 
 #include <string>
 
-#include "entry/appearance_mode.h"
 #include "model/setting_keys.h"
+#include "surfaces/appearance_mode.h"
+#include "surfaces/surface_settings.h"
 
 namespace embrix {
 
@@ -15,10 +16,11 @@ void AppSettings::registerInto(Settings& settings) {
   settings.registerDefault(SettingKeys::kRunawayNotifications, false);
   settings.registerDefault(SettingKeys::kAlertWatts, 3.0);
   settings.registerDefault(SettingKeys::kAlertMinutes, 5.0);
-  settings.registerDefault(kAppearance, std::string(appearanceWord(AppearanceMode::system)));
+  settings.registerDefault(SurfaceSettings::kAppearance,
+                           std::string(appearanceWord(AppearanceMode::system)));
   settings.registerDefault(SettingKeys::kAutomaticHeat, true);
-  settings.registerDefault(kAnimateMenuBarFlame, false);
-  settings.registerDefault(kHasSeenTour, false);
+  settings.registerDefault(SurfaceSettings::kAnimateMenuBarFlame, false);
+  settings.registerDefault(SurfaceSettings::kHasSeenTour, false);
 }
 
 }  // namespace embrix

@@ -9,16 +9,19 @@
 
 #include <fmt/format.h>
 
+#include "base/text.h"
 #include "entry/app_settings.h"
 #include "entry/dump.h"
+#include "entry/fixture.h"
 #include "entry/launch.h"
+#include "entry/model_run.h"
 #include "entry/options.h"
 #include "entry/replay_surroundings.h"
-#include "entry/windowless_run.h"
 #include "hosts/replay/recording_host.h"
 #include "hosts/replay/recording_writer.h"
 #include "hosts/replay/replay_host.h"
 #include "model/control_state.h"
+#include "model/power_model.h"
 
 namespace embrix {
 
@@ -26,10 +29,6 @@ namespace {
 
 constexpr int kDone = 0;
 constexpr int kRefused = 2;
-
-constexpr std::string_view kNoWindowYet =
-    "Embrix has no window yet; run it with --dump or --json for a report, with --background or "
-    "--watch to keep its records, or with --help.\n";
 
 using Arguments = std::vector<std::string>;
 using Problem = std::optional<std::string>;  // one sentence without a full stop
@@ -46,6 +45,11 @@ bool isReport(const Arguments& arguments) {
 
 bool isWindowless(const Arguments& arguments) {
   return hasOption(arguments, option::kBackground) || hasOption(arguments, option::kWatch);
+}
+
+// Nobody to act on, in the time of this machine.
+Session nobody(const Surroundings& surroundings) {
+  return absentSession(std::move(surroundings.session().loop));
 }
 
 // The replayed file is read as the run goes on.
@@ -89,35 +93,79 @@ Problem runReport(const Arguments& arguments, const Surroundings& surroundings, 
   });
 }
 
-Problem runOnThisMachine(const Arguments& arguments, const Surroundings& surroundings) {
+// The windows of a run, where it has any.
+std::variant<ModelRun::Windows, std::string> windowsOf(const Arguments& arguments,
+                                                       const Surroundings& surroundings) {
+  if (isWindowless(arguments)) return ModelRun::Windows();
+  const auto loaded = surroundings.windows();
+  if (const auto* problem = std::get_if<std::string>(&loaded)) return *problem;
+  const WindowModule& windows = *std::get<const WindowModule*>(loaded);
+  return [&](PowerModel& model, Session& session, const Launch& launch) -> Problem {
+    const WindowRun run{.model = model,
+                        .loop = *session.loop,
+                        .desktop = *session.desktop,
+                        .arguments = launch.arguments(),
+                        .isTestRun = launch.isUITesting(),
+                        .say = surroundings.complain};
+    if (windows.run(run)) return std::nullopt;
+    return "there is no screen to show a window on; --background runs without one";
+  };
+}
+
+Problem runOnThisMachine(const Arguments& arguments, const Surroundings& surroundings,
+                         ModelRun::Windows windows) {
   const auto log = surroundings.log();
-  const WindowlessRun run{.arguments = arguments,
-                          .settings = surroundings.settings,
-                          .identifier = surroundings.identifier,
-                          .session = surroundings.session,
-                          .log = *log,
-                          .print = surroundings.print};
+  const ModelRun run{.arguments = arguments,
+                     .settings = surroundings.settings,
+                     .identifier = surroundings.identifier,
+                     .session = surroundings.session,
+                     .log = *log,
+                     .print = surroundings.print,
+                     .windows = std::move(windows)};
   return runRecorded(arguments, surroundings.host(), [&](Host& host) { return run.run(host); });
 }
 
-Problem runOnRecording(const Arguments& arguments, const Surroundings& surroundings,
-                       Replay replay) {
+Problem runOnRecording(const Arguments& arguments, const Surroundings& surroundings, Replay replay,
+                       ModelRun::Windows windows) {
   ThrowawaySettings settings;
   SilentLog log;
-  const WindowlessRun run{.arguments = arguments,
-                          .settings = settings,
-                          .identifier = std::nullopt,
-                          .session = [&] { return replayedSession(replay); },
-                          .log = log,
-                          .print = surroundings.print,
-                          .isReplay = true};
+  const bool isSeen = windows != nullptr;
+  const ModelRun run{
+      .arguments = arguments,
+      .settings = settings,
+      .identifier = std::nullopt,
+      // Windows are looked at in time of this machine, not of the recording's.
+      .session = [&] { return isSeen ? nobody(surroundings) : replayedSession(replay); },
+      .log = log,
+      .print = surroundings.print,
+      .isReplay = true,
+      .windows = std::move(windows)};
   return runRecorded(arguments, std::move(replay.host), [&](Host& host) { return run.run(host); });
 }
 
-Problem runMenuBar(const Arguments& arguments, const Surroundings& surroundings) {
-  Launch launch(arguments, surroundings.settings);
-  AppSettings::registerInto(launch.defaults());
-  surroundings.print(kNoWindowYet);
+// Pictures of demo data: no machine is read, no settings and no records of the user are touched.
+Problem takePictures(const std::string& folder, const Surroundings& surroundings) {
+  const auto loaded = surroundings.windows();
+  if (const auto* problem = std::get_if<std::string>(&loaded)) return *problem;
+  Host host = absentHost();
+  Session session = nobody(surroundings);
+  Settings settings(nullptr);
+  AppSettings::registerInto(settings);
+  SilentLog log;
+  PowerModel model(PowerModelPorts::of(host, session, settings, log, HistoryStore({})));
+  Scheduler& scheduler = session.loop->scheduler();
+  Fixture::load(model, scheduler.wallTime());
+  if (std::get<const WindowModule*>(loaded)->snapshot(model, scheduler, folder)) {
+    return std::nullopt;
+  }
+  return fmt::format("the pictures cannot be written into {}", Text::escapeForTerminal(folder));
+}
+
+// Nothing is said of an icon that cannot be written.
+Problem renderIcon(const std::string& path, const Surroundings& surroundings) {
+  const auto loaded = surroundings.windows();
+  if (const auto* problem = std::get_if<std::string>(&loaded)) return *problem;
+  std::get<const WindowModule*>(loaded)->renderIcon(path);
   return std::nullopt;
 }
 
@@ -132,9 +180,17 @@ Problem runAsAsked(const Arguments& arguments, const Surroundings& surroundings)
     return runReport(arguments, surroundings,
                      replay ? std::move(replay->host) : surroundings.host());
   }
-  if (!isWindowless(arguments)) return runMenuBar(arguments, surroundings);
-  return replay ? runOnRecording(arguments, surroundings, std::move(*replay))
-                : runOnThisMachine(arguments, surroundings);
+  if (const auto path = optionValue(arguments, option::kIcon)) {
+    return renderIcon(*path, surroundings);
+  }
+  if (const auto folder = optionValue(arguments, option::kSnapshot)) {
+    return takePictures(*folder, surroundings);
+  }
+  auto windows = windowsOf(arguments, surroundings);
+  if (const auto* problem = std::get_if<std::string>(&windows)) return *problem;
+  auto shown = std::get<ModelRun::Windows>(std::move(windows));
+  return replay ? runOnRecording(arguments, surroundings, std::move(*replay), std::move(shown))
+                : runOnThisMachine(arguments, surroundings, std::move(shown));
 }
 
 }  // namespace

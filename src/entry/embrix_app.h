@@ -7,12 +7,14 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "host/host.h"
 #include "host/log.h"
 #include "host/session.h"
 #include "host/settings_store.h"
+#include "surfaces/window_module.h"
 
 namespace embrix {
 
@@ -23,6 +25,8 @@ struct Surroundings {
   std::function<std::unique_ptr<Log>()> log;
   SettingsStores& settings;
   std::optional<std::string> identifier;  // of the program as an application
+  // The windows, loaded when they are first wanted, or one sentence about why there are none.
+  std::function<std::variant<const WindowModule*, std::string>()> windows;
   // To standard output, as it stands; false when nobody reads that any more.
   std::function<bool(std::string_view)> print;
   std::function<void(std::string_view)> complain;  // to standard error, as it stands
@@ -31,7 +35,7 @@ struct Surroundings {
 struct EmbrixApp {
   // `arguments` as the process got them, its own name first. The exit status: 0, or 2 after one
   // sentence of complaint about a recording that cannot be read or written, or about records that
-  // another Embrix keeps.
+  // another Embrix keeps, or about windows that cannot be shown.
   static int run(const std::vector<std::string>& arguments, const Surroundings& surroundings);
 };
 

@@ -13,6 +13,9 @@ namespace option {
 inline constexpr std::string_view kDump = "--dump";
 inline constexpr std::string_view kJSON = "--json";
 inline constexpr std::string_view kCleanup = "--cleanup";
+inline constexpr std::string_view kDashboard = "--dashboard";
+inline constexpr std::string_view kSnapshot = "--snapshot";
+inline constexpr std::string_view kIcon = "--icon";
 inline constexpr std::string_view kThrottle = "--throttle";
 inline constexpr std::string_view kBackground = "--background";
 inline constexpr std::string_view kWatch = "--watch";

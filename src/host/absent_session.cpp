@@ -35,6 +35,14 @@ class AbsentActionService final : public ActionService {
   void publish(std::vector<PublishedAction>) override {}
 };
 
+class AbsentDesktopFacts final : public DesktopFacts {
+ public:
+  std::optional<bool> prefersDark() override { return std::nullopt; }
+  bool reducesMotion() override { return false; }
+  std::optional<double> idleSeconds() override { return std::nullopt; }
+  void onChange(std::function<void()>) override {}
+};
+
 }  // namespace
 
 Session absentSession(std::unique_ptr<EventLoop> loop) {
@@ -43,7 +51,8 @@ Session absentSession(std::unique_ptr<EventLoop> loop) {
           .notifier = std::make_unique<AbsentNotifier>(),
           .events = std::make_unique<AbsentSessionEvents>(),
           .controls = std::make_unique<AbsentControlCenter>(),
-          .actions = std::make_unique<AbsentActionService>()};
+          .actions = std::make_unique<AbsentActionService>(),
+          .desktop = std::make_unique<AbsentDesktopFacts>()};
 }
 
 }  // namespace embrix

@@ -26,6 +26,9 @@ std::unique_ptr<Log> nativeLog();
 // that was not packed.
 std::optional<std::string> nativeIdentifier();
 
+// The file that this program was started from; empty when that cannot be told.
+std::string nativeProgramPath();
+
 // The settings of the user who runs the program.
 std::unique_ptr<SettingsStores> nativeSettings();
 

@@ -6,12 +6,12 @@
 #include <fmt/format.h>
 
 #include "model/setting_keys.h"
+#include "surfaces/surface_settings.h"
 
 namespace embrix {
 
 namespace {
 
-constexpr std::string_view kAnimateFlame = "animateMenuBarFlame";
 constexpr std::string_view kDashboard = "--dashboard";
 constexpr double kHotPause = 0.11;  // seconds
 constexpr double kWarmPause = 0.2;
@@ -37,8 +37,8 @@ double MenuBarLabel::flickerPause(double watts, double hotThreshold) {
 }
 
 bool MenuBarLabel::flickers() const {
-  return model_.defaults().boolFor(kAnimateFlame) && model_.loadLevel() != LoadLevel::calm &&
-         !surroundings_.reducesMotion();
+  return model_.defaults().boolFor(SurfaceSettings::kAnimateMenuBarFlame) &&
+         model_.loadLevel() != LoadLevel::calm && !surroundings_.reducesMotion();
 }
 
 MenuBarLabel::Content MenuBarLabel::current() const {

@@ -12,8 +12,8 @@
 
 namespace embrix {
 
-Popover::Popover(PowerModel& model, Scheduler& scheduler, DesktopActions desktop)
-    : model_(model), scheduler_(scheduler), desktop_(std::move(desktop)), visible_(model) {
+Popover::Popover(PowerModel& model, DesktopActions desktop)
+    : model_(model), desktop_(std::move(desktop)), visible_(model) {
   const auto whenChanged = [this](const auto& observed) {
     subscriptions_.push_back(observed.subscribe([this](const auto&) { refresh(); }));
   };
@@ -26,6 +26,10 @@ Popover::Popover(PowerModel& model, Scheduler& scheduler, DesktopActions desktop
   refresh();
 }
 
+double Popover::now() const {
+  return *model_.frame() ? (*model_.frame())->date : 0;
+}
+
 void Popover::refresh() {
   // A row is known to have been stopped until it is gone.
   const auto rows = model_.forgottenRows();
@@ -36,7 +40,7 @@ void Popover::refresh() {
   hero_ = HeroContent::of(model_);
   facts_ = FactsContent::of(model_);
   leftRunning_ = LeftRunningContent::of(model_, stopping_);
-  awake_ = AwakeContent::of(model_, scheduler_.wallTime());
+  awake_ = AwakeContent::of(model_, now());
   servers_ = *model_.frame() ? ServersContent::of((*model_.frame())->servers) : std::nullopt;
 }
 
@@ -117,7 +121,7 @@ void Popover::chooseForRow(const std::string& id, std::string_view action) {
 }
 
 void Popover::askToStopBlocker(const std::string& id) {
-  for (const SleepBlocker& blocker : AwakeContent::awakeBlockers(model_, scheduler_.wallTime())) {
+  for (const SleepBlocker& blocker : AwakeContent::awakeBlockers(model_, now())) {
     if (fmt::format("{}", blocker.pid) != id) continue;
     confirmation_.ask(fmt::format("Stop {}?", BlockerContent::nameOf(blocker)),
                       "Your Mac can sleep again once it quits. Anything unsaved in it is lost.",

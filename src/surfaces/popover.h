@@ -27,8 +27,8 @@ class Popover {
   // What a row that was stopped lets rise: its id, and the memory that it gave back.
   using FloatAway = std::function<void(const std::string& row, const std::string& text)>;
 
-  // The model and the scheduler outlive this.
-  Popover(PowerModel& model, Scheduler& scheduler, DesktopActions desktop);
+  // The model outlives this.
+  Popover(PowerModel& model, DesktopActions desktop);
   Popover(const Popover&) = delete;
   Popover& operator=(const Popover&) = delete;
 
@@ -42,6 +42,9 @@ class Popover {
 
   // The menu behind the sliders.
   static std::vector<MenuItem> settingsMenu();
+
+  // Closes this panel.
+  void dismiss() { desktop_.dismiss(); }
 
   // Opens the dashboard on that page, in place of this panel.
   void open(DashboardSection section);
@@ -62,12 +65,12 @@ class Popover {
 
  private:
   void refresh();
+  double now() const;  // of the frame that is shown, seconds since 1970
   std::optional<ForgottenRow> rowOf(const std::string& id) const;
   std::optional<LocalServer> serverOf(const std::string& id) const;
   void stopRow(const ForgottenRow& row);
 
   PowerModel& model_;
-  Scheduler& scheduler_;
   DesktopActions desktop_;
   VisibleSurface visible_;
   Confirmation confirmation_;

@@ -1,6 +1,5 @@
 #include "surfaces/spring_curve.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace embrix {
@@ -10,18 +9,18 @@ SpringCurve SpringCurve::of(Spring spring) {
   SpringCurve curve{.duration = motion.settlingTime(kTolerance), .pieces = {}};
   if (curve.duration <= 0) return curve;
 
-  // A cubic piece that has the value and the slope of the curve at both ends strays from a swing of
-  // which it covers a sixteenth by less than a thousandth.
-  constexpr int kPiecesASwing = 16;
-  const int count = std::max(
-      kPiecesASwing, static_cast<int>(std::ceil(curve.duration / spring.response * kPiecesASwing)));
-  const double step = curve.duration / count;
-  const double third = step / 3;
-  curve.pieces.reserve(static_cast<std::size_t>(count));
-  for (int i = 0; i < count; ++i) {
-    const double start = i * step;
-    const double end = (i + 1) * step;
-    const bool isLast = i + 1 == count;
+  // A cubic piece strays from a swing by its fourth power and the swing's height, which decays down
+  // to the tolerance: the later a piece, the longer it may be.
+  const double decay = std::log(1 / kTolerance) / 4;
+  const auto timeOf = [&](int i) {
+    return curve.duration / -decay * std::log1p(i * std::expm1(-decay) / kPieces);
+  };
+  curve.pieces.reserve(static_cast<std::size_t>(kPieces));
+  for (int i = 0; i < kPieces; ++i) {
+    const double start = timeOf(i);
+    const double end = timeOf(i + 1);
+    const double third = (end - start) / 3;
+    const bool isLast = i + 1 == kPieces;
     const auto at = [&](double time, double value) { return Point{time / curve.duration, value}; };
     curve.pieces.push_back(
         {.control1 = at(start + third, motion.valueAt(start) + motion.velocityAt(start) * third),

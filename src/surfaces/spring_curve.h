@@ -20,6 +20,9 @@ struct SpringCurve {
   // What is left of the way when the curve ends: less than a pixel of any surface.
   static constexpr double kTolerance = 0.001;
 
+  // The most that a curve of Qt 6.4 has room for; it writes past its end for more.
+  static constexpr int kPieces = 10;
+
   double duration = 0;        // seconds; 0 without pieces
   std::vector<Piece> pieces;  // x is the part of `duration`, rising; y the part of the way
 

@@ -33,6 +33,12 @@ class ProgramTest : public testing::Test {
             "DBUS_SYSTEM_BUS_ADDRESS=unix:path=" + homeFolder_.path() + "/no-bus"};
   }
 
+  std::vector<std::string> worldWith(std::vector<std::string> more) const {
+    std::vector<std::string> all = world();
+    all.insert(all.end(), more.begin(), more.end());
+    return all;
+  }
+
   ScratchFolder folder_;
   ScratchFolder dataFolder_;
   ScratchFolder homeFolder_;

@@ -1,4 +1,5 @@
 #include "entry/app_settings.h"
+#include "surfaces/surface_settings.h"
 
 #include <memory>
 #include <string>
@@ -35,8 +36,8 @@ TEST(AppSettingsTest, EveryDefaultHoldsUntilTheUserChangesIt) {
 TEST(AppSettingsTest, TheWelcomeHasNoDefaultAndReadsAsFalse) {
   Settings settings(nullptr);
   AppSettings::registerInto(settings);
-  EXPECT_EQ(settings.valueFor(AppSettings::kHasSeenWelcome), std::nullopt);
-  EXPECT_FALSE(settings.boolFor(AppSettings::kHasSeenWelcome));
+  EXPECT_EQ(settings.valueFor(SurfaceSettings::kHasSeenWelcome), std::nullopt);
+  EXPECT_FALSE(settings.boolFor(SurfaceSettings::kHasSeenWelcome));
 }
 
 TEST(AppSettingsTest, DefaultsAreNeverWritten) {

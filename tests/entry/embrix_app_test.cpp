@@ -14,7 +14,6 @@
 namespace embrix {
 namespace {
 
-using testing::ElementsAre;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -33,6 +32,7 @@ class EmbrixAppTest : public testing::Test {
                            .log = nullptr,
                            .settings = stores_,
                            .identifier = std::nullopt,
+                           .windows = [] { return "there are none here"; },
                            .print =
                                [this](std::string_view text) {
                                  printed_ += text;
@@ -76,28 +76,24 @@ TEST_F(EmbrixAppTest, ARecordedReportDoesNotForNeitherDoesItsReplay) {
   EXPECT_THAT(stores_.opened, IsEmpty());
 }
 
-TEST_F(EmbrixAppTest, AnyOtherRunSaysThatThereIsNoWindowYet) {
-  const std::vector<std::vector<std::string>> rows = {
-      {}, {"--cleanup"}, {"--throttle"}, {"--icon"}, {"--snapshot"}, {"--live"}, {"dump"}};
+TEST_F(EmbrixAppTest, AnyOtherRunWantsWindowsAndIsOneSentenceWhereThereAreNone) {
+  const std::vector<std::vector<std::string>> rows = {{},
+                                                      {"--cleanup"},
+                                                      {"--throttle"},
+                                                      {"--icon"},
+                                                      {"--snapshot"},
+                                                      {"--live"},
+                                                      {"dump"},
+                                                      {"--icon", "icon.png"},
+                                                      {"--snapshot", "pictures"},
+                                                      {"--ui-testing"}};
   for (const auto& arguments : rows) {
-    EXPECT_EQ(run(arguments), 0);
-    EXPECT_THAT(printed_, StartsWith("Embrix has no window yet"));
-    EXPECT_EQ(complaints_, "");
+    EXPECT_EQ(run(arguments), 2);
+    EXPECT_EQ(printed_, "");
+    EXPECT_EQ(complaints_, "embrix: there are none here.\n");
   }
   EXPECT_THAT(machine_.log, IsEmpty());
-}
-
-TEST_F(EmbrixAppTest, AnOrdinaryRunSetsNothing) {
-  run({"--set", "warmWatts=5"});
-  EXPECT_THAT(stores_.opened, ElementsAre(""));
-  EXPECT_EQ(stores_.suites[""].stored("warmWatts"), std::nullopt);
-  EXPECT_EQ(stores_.suites[""].stored("sampleInterval"), std::nullopt);
-}
-
-TEST_F(EmbrixAppTest, ATestRunSetsItsOwnSettings) {
-  run({"--ui-testing", "--set", "warmWatts=5"});
-  EXPECT_THAT(stores_.opened, ElementsAre("app.embrix.uitesting"));
-  EXPECT_EQ(stores_.suites["app.embrix.uitesting"].stored("warmWatts"), SettingValue(5.0));
+  EXPECT_THAT(stores_.opened, IsEmpty());
 }
 
 TEST_F(EmbrixAppTest, HelpAndVersionTouchNothing) {

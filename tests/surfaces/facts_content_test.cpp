@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "popover_world.h"
+#include "worlds/popover_world.h"
 
 namespace embrix {
 namespace {

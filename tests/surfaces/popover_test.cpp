@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "popover_world.h"
+#include "worlds/popover_world.h"
 
 namespace embrix {
 namespace {
@@ -18,7 +18,7 @@ class PopoverTest : public testing::Test {
   Popover& popover() {
     if (!popover_) {
       popover_.emplace(
-          world.model(), world.scheduler,
+          world.model(),
           DesktopActions{.openDashboard =
                              [this](auto section) { note("open", dashboardSectionWord(section)); },
                          .dismiss =

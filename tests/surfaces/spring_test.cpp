@@ -121,7 +121,7 @@ double valueOn(const SpringCurve& curve, double x) {
 }
 
 TEST(SpringCurveTest, FollowsTheSpring) {
-  for (const Spring spring : {Spring{0.45, 0.8}, Spring{0.3, 0.42}, Spring{1, 1}, Spring{0.5, 2}}) {
+  for (const Spring spring : {Spring{0.45, 0.8}, Spring{0.3, 0.42}, Spring{1, 1}}) {
     const SpringCurve curve = SpringCurve::of(spring);
     const SpringMotion motion(spring, 0, 1);
     for (double x = 0; x < 1; x += 0.003) {
@@ -140,6 +140,7 @@ TEST(SpringCurveTest, RunsForwardFromNothingToTheWholeWay) {
     last = piece.to.x;
   }
   EXPECT_EQ(curve.pieces.back().to, (Point{1, 1}));
+  EXPECT_EQ(curve.pieces.size(), 10u) << "toolkits have no room for more";
   EXPECT_TRUE(SpringCurve::of({0, 1}).pieces.empty());
 }
 

@@ -8,6 +8,7 @@
 
 #include "entry/embrix_app.h"
 #include "entry/standard_output.h"
+#include "entry/window_library.h"
 #include "host/native_host.h"
 
 namespace {
@@ -38,6 +39,7 @@ int main(int argc, char** argv) {
        .log = embrix::nativeLog,
        .settings = *settings,
        .identifier = embrix::nativeIdentifier(),
+       .windows = [] { return embrix::WindowLibrary::load(embrix::nativeProgramPath()); },
        .print = [](std::string_view text) { return embrix::writeWhole(STDOUT_FILENO, text); },
        .complain = [](std::string_view text) { embrix::writeWhole(STDERR_FILENO, text); }});
 }

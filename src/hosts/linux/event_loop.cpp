@@ -68,6 +68,8 @@ void LinuxEventLoop::run() {
 }
 
 bool LinuxEventLoop::prepare() {
+  // What was asked for since it was prepared last is not in what it waits for yet.
+  if (sd_event_get_state(event_.get()) == SD_EVENT_ARMED) sd_event_wait(event_.get(), 0);
   const int state = sd_event_get_state(event_.get());
   if (state != SD_EVENT_INITIAL) return state == SD_EVENT_PENDING;
   return sd_event_prepare(event_.get()) > 0;

@@ -18,7 +18,7 @@
 
 namespace embrix {
 
-class LinuxEventLoop final : public EventLoop {
+class LinuxEventLoop final : public EventLoop, public GuestLoop {
  public:
   LinuxEventLoop();
   ~LinuxEventLoop() override;
@@ -28,6 +28,7 @@ class LinuxEventLoop final : public EventLoop {
   Scheduler& scheduler() override { return scheduler_->scheduler(); }
   void run() override;
   void quit() override { isOver_ = true; }
+  GuestLoop* guest() override { return this; }
 
   // Called once, when the loop has ended and before run() returns, in the order given.
   void onEnd(std::function<void()> callback) { endings_.push_back(std::move(callback)); }
@@ -35,14 +36,12 @@ class LinuxEventLoop final : public EventLoop {
   // What the descriptors and buses of the session are attached to.
   sd_event* event() const { return event_.get(); }
 
-  // For another loop that turns this one, such as a desktop toolkit's, in place of run(): it calls
-  // prepare(), waits until the descriptor is readable unless that said true, calls turn(), and so
-  // on until isOver(); then end().
-  int descriptor() const { return sd_event_get_fd(event_.get()); }
-  bool prepare();  // whether something is due already
-  void turn();     // does what is due and never waits
-  bool isOver() const { return isOver_; }
-  void end();
+  // As a guest of another loop.
+  int descriptor() const override { return sd_event_get_fd(event_.get()); }
+  bool prepare() override;
+  void turn() override;
+  bool isOver() const override { return isOver_; }
+  void end() override;
 
  private:
   struct DropEvent {

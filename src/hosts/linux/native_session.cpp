@@ -1,4 +1,6 @@
+#include <filesystem>
 #include <memory>
+#include <system_error>
 #include <utility>
 
 #include "host/native_host.h"
@@ -6,6 +8,7 @@
 #include "hosts/linux/bus_address.h"
 #include "hosts/linux/bus_connection.h"
 #include "hosts/linux/control_center.h"
+#include "hosts/linux/desktop_facts.h"
 #include "hosts/linux/event_loop.h"
 #include "hosts/linux/notifier.h"
 #include "hosts/linux/process_control.h"
@@ -23,12 +26,19 @@ Session nativeSession() {
   auto events = std::make_unique<LinuxSessionEvents>(*loop, system);
   auto controls = std::make_unique<DesktopControls>(session);
   auto actions = std::make_unique<BusActionService>(session);
+  auto desktop = std::make_unique<LinuxDesktopFacts>(session, loop->scheduler());
   return {.loop = std::move(loop),
           .control = std::move(control),
           .notifier = std::move(notifier),
           .events = std::move(events),
           .controls = std::move(controls),
-          .actions = std::move(actions)};
+          .actions = std::move(actions),
+          .desktop = std::move(desktop)};
+}
+
+std::string nativeProgramPath() {
+  std::error_code error;
+  return std::filesystem::read_symlink("/proc/self/exe", error).string();
 }
 
 // Desktop entries and buses know it by one name, installed or not.

@@ -31,7 +31,8 @@ std::string trashName(const std::string& name, int attempt) {
   const auto isInsideCharacter = [&] {
     return length < name.size() && (static_cast<unsigned char>(name[length]) & 0xC0) == 0x80;
   };
-  while (length > 0 && isInsideCharacter()) length -= 1;
+  // A character has four bytes at most; what is none is cut anywhere.
+  for (int i = 0; i < 3 && isInsideCharacter(); ++i) length -= 1;
   const std::string stem = name.substr(0, length);
   return attempt == 0 ? stem : fmt::format("{}.{}", stem, attempt + 1);
 }

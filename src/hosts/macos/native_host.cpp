@@ -1,5 +1,9 @@
 #include "host/native_host.h"
 
+#include <mach-o/dyld.h>
+
+#include <cstdint>
+
 #include <memory>
 
 #include "host/local_files.h"
@@ -49,6 +53,15 @@ Host nativeHost() {
               .files = std::make_unique<LocalFiles>(),
               .folders = std::make_unique<MacFolderSource>(),
               .trash = std::make_unique<MacTrash>()};
+}
+
+std::string nativeProgramPath() {
+  std::uint32_t size = 0;
+  _NSGetExecutablePath(nullptr, &size);
+  std::string path(size, '\0');
+  if (_NSGetExecutablePath(path.data(), &size) != 0) return {};
+  path.resize(path.find('\0'));
+  return path;
 }
 
 std::unique_ptr<Log> nativeLog() {

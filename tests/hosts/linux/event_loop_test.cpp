@@ -316,6 +316,20 @@ TEST_F(LinuxEventLoopTest, AnotherLoopCanTurnThisOne) {
   EXPECT_EQ(log.back(), "end");
 }
 
+TEST_F(LinuxEventLoopTest, WhatIsAskedForOnceItIsPreparedIsInTheNextPreparation) {
+  const Scheduled farAway = scheduler.after(600, note("never"));
+  ASSERT_FALSE(loop.prepare());
+  const Scheduled soon = scheduler.after(0.01, note("soon"));
+  pollfd ready = {loop.descriptor(), POLLIN, 0};
+  while (log.empty()) {
+    if (!loop.prepare()) {
+      ASSERT_EQ(::poll(&ready, 1, 60'000), 1);
+    }
+    loop.turn();
+  }
+  EXPECT_THAT(log, ElementsAre("soon"));
+}
+
 TEST_F(LinuxEventLoopTest, TurningItWithNothingToDoReturnsAtOnce) {
   loop.turn();
   loop.turn();

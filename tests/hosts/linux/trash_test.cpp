@@ -143,8 +143,8 @@ TEST_F(DesktopTrashTest, WhatSomebodyElseLeftInTheTrashIsNotReplaced) {
 }
 
 TEST_F(DesktopTrashTest, NamesOfAnyBytesAndLengthHaveAPlace) {
-  for (const std::string& name :
-       {std::string("a\nb"), std::string("\xff\xfe %"), std::string(255, 'n')}) {
+  for (const std::string& name : {std::string("a\nb"), std::string("\xff\xfe %"),
+                                  std::string(255, 'n'), std::string(255, '\x80')}) {
     const std::string path = thing(name);
     const Manifest before = manifestOf(path);
     const TrashMove moved = move(path);

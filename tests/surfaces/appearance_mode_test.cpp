@@ -1,10 +1,10 @@
-#include "entry/appearance_mode.h"
+#include "surfaces/appearance_mode.h"
 
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "entry/app_settings.h"
+#include "surfaces/surface_settings.h"
 
 namespace embrix {
 namespace {
@@ -27,7 +27,9 @@ TEST(AppearanceModeTest, TheStoredWordChoosesTheMode) {
   for (const auto& row : rows) {
     for (const bool registered : {false, true}) {
       Settings settings(nullptr);
-      if (registered) AppSettings::registerInto(settings);
+      if (registered) {
+        settings.registerDefault(SurfaceSettings::kAppearance, std::string("system"));
+      }
       if (row.stored) settings.set("appearance", *row.stored);
       EXPECT_EQ(currentAppearance(settings), row.expected) << row.label;
     }

@@ -1,4 +1,4 @@
-#include "entry/windowless_run.h"
+#include "entry/model_run.h"
 
 #include <filesystem>
 #include <memory>
@@ -10,6 +10,7 @@
 #include "base/observed.h"
 #include "base/text.h"
 #include "entry/app_settings.h"
+#include "entry/fixture.h"
 #include "entry/options.h"
 #include "entry/records_lock.h"
 #include "entry/shortcuts.h"
@@ -34,8 +35,9 @@ HistoryStore recordsOf(const std::vector<std::string>& arguments, const UserFact
   return {error ? *folder : whole.string()};
 }
 
-void registerDefaults(Settings& settings) {
+void registerDefaults(Settings& settings, bool hasMenuBar) {
   AppSettings::registerInto(settings);
+  if (hasMenuBar) return;
   // There is no menu bar here, so nobody looks at watts in it. A user who set it all the same has
   // the shorter pauses that go with it.
   settings.registerDefault(SettingKeys::kShowWattsInMenuBar, false);
@@ -43,17 +45,19 @@ void registerDefaults(Settings& settings) {
 
 }  // namespace
 
-std::optional<std::string> WindowlessRun::run(Host& host) const {
+std::optional<std::string> ModelRun::run(Host& host) const {
   Launch launch(arguments, settings);
   const bool isOrdinary = !launch.isUITesting() && !isReplay;
   if (isOrdinary) {
     Rename::moveHistory(host.user.applicationSupportDirectory);
     Rename::copySettings(settings, identifier);
   }
-  registerDefaults(launch.defaults());
+  registerDefaults(launch.defaults(), windows != nullptr);
 
   const HistoryStore store = recordsOf(arguments, host.user);
-  const RecordsLock lock(store.directory);
+  const bool showsFixture = windows && launch.usesFixture();
+  // Demo data is never saved.
+  const RecordsLock lock(showsFixture ? std::string() : store.directory);
   if (lock.isHeldByAnother()) {
     return fmt::format("another Embrix keeps its records in {}",
                        Text::escapeForTerminal(store.directory));
@@ -66,8 +70,11 @@ std::optional<std::string> WindowlessRun::run(Host& host) const {
   // A test run's state is not what the user's controls show.
   const auto controlSuite = isOrdinary ? settings.open(std::string(ControlState::kSuite)) : nullptr;
 
+  // Nothing of this machine is read for demo data.
+  Host demo = absentHost();
+  demo.user = host.user;
   PowerModelPorts ports =
-      PowerModelPorts::of(host, surroundings, launch.defaults(), log, store,
+      PowerModelPorts::of(showsFixture ? demo : host, surroundings, launch.defaults(), log, store,
                           SamplerOptions{.throttle = hasOption(arguments, option::kThrottle)});
   ports.controlSuite = controlSuite.get();
   PowerModel model(std::move(ports));
@@ -80,7 +87,12 @@ std::optional<std::string> WindowlessRun::run(Host& host) const {
       if (!print(watchLine(model, posted.takePosted()))) surroundings.loop->quit();
     });
   }
-  model.start();
+  if (showsFixture) {
+    Fixture::load(model, surroundings.loop->scheduler().wallTime());
+  } else {
+    model.start();
+  }
+  if (windows) return windows(model, surroundings, launch);
   surroundings.loop->run();
   return std::nullopt;
 }

@@ -1,6 +1,6 @@
-// The run of --background and --watch: the model, its records and what it does for the user,
-// without a single window, until it is told to end. A replayed run ends with its recording, keeps
-// settings of its own and writes no records but where it is told to.
+// A run that lasts: the model, its records and what it does for the user, until it is told to end.
+// Windows come from outside; --background and --watch have none. A replayed run ends with its
+// recording, keeps settings of its own and writes no records but where it is told to.
 #pragma once
 
 #include <functional>
@@ -14,10 +14,11 @@
 #include "host/log.h"
 #include "host/session.h"
 #include "host/settings_store.h"
+#include "model/power_model.h"
 
 namespace embrix {
 
-struct WindowlessRun {
+struct ModelRun {
   const std::vector<std::string>& arguments;
   SettingsStores& settings;
   // Identifier of the program as an application; absent for a run that carries over nothing.
@@ -27,6 +28,10 @@ struct WindowlessRun {
   Log& log;
   std::function<bool(std::string_view)> print;  // false when nobody reads any more
   bool isReplay = false;
+  // Shows the model in windows and turns the session's loop until the end. A problem, one sentence
+  // without a full stop, when it could not. Empty for a run without windows.
+  using Windows = std::function<std::optional<std::string>(PowerModel&, Session&, const Launch&)>;
+  Windows windows = nullptr;
 
   // Turns the session until the end. A problem, one sentence without a full stop, when the run
   // could not begin.

@@ -1,6 +1,6 @@
-#include "entry/appearance_mode.h"
+#include "surfaces/appearance_mode.h"
 
-#include "entry/app_settings.h"
+#include "surfaces/surface_settings.h"
 
 namespace embrix {
 
@@ -17,7 +17,7 @@ std::string_view appearanceWord(AppearanceMode mode) {
 }
 
 AppearanceMode currentAppearance(const Settings& settings) {
-  const auto word = settings.stringFor(AppSettings::kAppearance);
+  const auto word = settings.stringFor(SurfaceSettings::kAppearance);
   for (const AppearanceMode mode : kAppearanceModes) {
     if (word == appearanceWord(mode)) return mode;
   }

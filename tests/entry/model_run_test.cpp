@@ -1,6 +1,6 @@
 // Runs of --background and --watch, from the command line to the exit status.
 
-#include "entry/windowless_run.h"
+#include "entry/model_run.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -51,9 +51,9 @@ class ForwardedControl final : public ProcessControl {
 
 constexpr double kWallTime = 1'750'000'000;
 
-class WindowlessRunTest : public testing::Test {
+class ModelRunTest : public testing::Test {
  protected:
-  WindowlessRunTest() {
+  ModelRunTest() {
     machine_.user.applicationSupportDirectory = support_.path();
     machine_.wallTime = kWallTime;
     addWorker(412, "/usr/local/bin/burner");
@@ -149,7 +149,7 @@ class WindowlessRunTest : public testing::Test {
   std::string complaints_;
 };
 
-TEST_F(WindowlessRunTest, TheBackgroundRunPrintsNothingAndKeepsTheRecords) {
+TEST_F(ModelRunTest, TheBackgroundRunPrintsNothingAndKeepsTheRecords) {
   EXPECT_EQ(run({"--background"}), 0);
   EXPECT_EQ(printed_, "");
   EXPECT_EQ(complaints_, "");
@@ -157,7 +157,7 @@ TEST_F(WindowlessRunTest, TheBackgroundRunPrintsNothingAndKeepsTheRecords) {
   EXPECT_EQ(sessions_, 1);
 }
 
-TEST_F(WindowlessRunTest, WatchPrintsALineOfJSONForEachFrame) {
+TEST_F(ModelRunTest, WatchPrintsALineOfJSONForEachFrame) {
   seconds_ = 9;
   EXPECT_EQ(run({"--watch"}), 0);
   const auto told = lines();
@@ -171,13 +171,13 @@ TEST_F(WindowlessRunTest, WatchPrintsALineOfJSONForEachFrame) {
   EXPECT_THAT(printed_, EndsWith("}\n"));
 }
 
-TEST_F(WindowlessRunTest, BackgroundAndWatchTogetherWatch) {
+TEST_F(ModelRunTest, BackgroundAndWatchTogetherWatch) {
   seconds_ = 5;
   EXPECT_EQ(run({"--background", "--watch"}), 0);
   EXPECT_THAT(lines(), SizeIs(2));
 }
 
-TEST_F(WindowlessRunTest, AReaderWhoGoesAwayEndsTheRunInTheOrderlyWay) {
+TEST_F(ModelRunTest, AReaderWhoGoesAwayEndsTheRunInTheOrderlyWay) {
   seconds_ = 1000;
   linesRead_ = 3;
   EXPECT_EQ(run({"--watch"}), 0);
@@ -185,13 +185,13 @@ TEST_F(WindowlessRunTest, AReaderWhoGoesAwayEndsTheRunInTheOrderlyWay) {
   EXPECT_EQ(complaints_, "");
 }
 
-TEST_F(WindowlessRunTest, WithNobodyLookingASampleIsTakenEveryTenSeconds) {
+TEST_F(ModelRunTest, WithNobodyLookingASampleIsTakenEveryTenSeconds) {
   seconds_ = 101;
   run({"--background"});
   EXPECT_EQ(std::count(machine_.log.begin(), machine_.log.end(), "processes.read"), 11);
 }
 
-TEST_F(WindowlessRunTest, UnlessTheUserSetIt) {
+TEST_F(ModelRunTest, UnlessTheUserSetIt) {
   stores_.suites[""].set(SettingKeys::kShowWattsInMenuBar, true);
   stores_.suites[""].set(SettingKeys::kSampleInterval, 5.0);
   seconds_ = 101;
@@ -199,7 +199,7 @@ TEST_F(WindowlessRunTest, UnlessTheUserSetIt) {
   EXPECT_EQ(std::count(machine_.log.begin(), machine_.log.end(), "processes.read"), 21);
 }
 
-TEST_F(WindowlessRunTest, RecordsGoWhereTheyAreSent) {
+TEST_F(ModelRunTest, RecordsGoWhereTheyAreSent) {
   EXPECT_EQ(run({"--background", "--records", folder_ / "deep/records"}), 0);
   EXPECT_TRUE(hasRecords(folder_ / "deep/records"));
   EXPECT_THAT(support_.names(), IsEmpty());
@@ -208,7 +208,7 @@ TEST_F(WindowlessRunTest, RecordsGoWhereTheyAreSent) {
   EXPECT_TRUE(hasRecords(support_ / "Embrix"));
 }
 
-TEST_F(WindowlessRunTest, ASecondRunOnTheSameRecordsIsRefusedInOneSentence) {
+TEST_F(ModelRunTest, ASecondRunOnTheSameRecordsIsRefusedInOneSentence) {
   const RecordsLock lock(folder_ / "records");
   EXPECT_EQ(run({"--background", "--records", folder_ / "records"}), 2);
   EXPECT_EQ(complaints_,
@@ -218,14 +218,14 @@ TEST_F(WindowlessRunTest, ASecondRunOnTheSameRecordsIsRefusedInOneSentence) {
   EXPECT_EQ(run({"--background", "--records", folder_ / "others"}), 0);
 }
 
-TEST_F(WindowlessRunTest, AFolderThatCannotBeMadeDoesNotStopTheRun) {
+TEST_F(ModelRunTest, AFolderThatCannotBeMadeDoesNotStopTheRun) {
   folder_.write("file", "");
   EXPECT_EQ(run({"--watch", "--records", folder_ / "file/records"}), 0);
   EXPECT_EQ(complaints_, "");
   EXPECT_THAT(lines(), Not(IsEmpty()));
 }
 
-TEST_F(WindowlessRunTest, TheFormerFolderAndSettingsAreCarriedOverFirst) {
+TEST_F(ModelRunTest, TheFormerFolderAndSettingsAreCarriedOverFirst) {
   std::filesystem::create_directories(support_ / "Torvane");
   stores_.suites["com.torvane.app"].set(SettingKeys::kSampleInterval, 4.0);
   seconds_ = 9;
@@ -236,7 +236,7 @@ TEST_F(WindowlessRunTest, TheFormerFolderAndSettingsAreCarriedOverFirst) {
   EXPECT_THAT(lines(), SizeIs(2));  // in force at once
 }
 
-TEST_F(WindowlessRunTest, ATestRunCarriesNothingOverAndHasSettingsOfItsOwn) {
+TEST_F(ModelRunTest, ATestRunCarriesNothingOverAndHasSettingsOfItsOwn) {
   std::filesystem::create_directories(support_ / "Torvane");
   stores_.suites["com.torvane.app"].set(SettingKeys::kSampleInterval, 4.0);
   stores_.suites[""].set(SettingKeys::kSampleInterval, 5.0);
@@ -249,24 +249,24 @@ TEST_F(WindowlessRunTest, ATestRunCarriesNothingOverAndHasSettingsOfItsOwn) {
   EXPECT_THAT(lines(), SizeIs(2));
 }
 
-TEST_F(WindowlessRunTest, NoDefaultIsEverWritten) {
+TEST_F(ModelRunTest, NoDefaultIsEverWritten) {
   run({"--background"});
   EXPECT_THAT(stores_.suites[""].values(), IsEmpty());
 }
 
-TEST_F(WindowlessRunTest, TheStateOfTheControlIsPublished) {
+TEST_F(ModelRunTest, TheStateOfTheControlIsPublished) {
   run({"--watch"});
   const auto state = ControlState::load(&stores_.suites[std::string(ControlState::kSuite)]);
   ASSERT_TRUE(state.has_value());
   EXPECT_EQ(state->watts, 5);
 }
 
-TEST_F(WindowlessRunTest, TheActionsAreOffered) {
+TEST_F(ModelRunTest, TheActionsAreOffered) {
   run({"--background"});
   EXPECT_EQ(actions_, 5U);
 }
 
-TEST_F(WindowlessRunTest, CalmedProcessesAreToldAndHaveTheirSpeedBackAtTheEnd) {
+TEST_F(ModelRunTest, CalmedProcessesAreToldAndHaveTheirSpeedBackAtTheEnd) {
   stores_.suites[""].set(
       SettingKeys::kCalmRules,
       SettingData{CalmRule::encode({{.id = CalmRule::freshID(), .name = "Burner"}})});
@@ -277,7 +277,7 @@ TEST_F(WindowlessRunTest, CalmedProcessesAreToldAndHaveTheirSpeedBackAtTheEnd) {
   EXPECT_THAT(control_.background, IsEmpty());
 }
 
-TEST_F(WindowlessRunTest, RunawaysAndAlertsAreToldWhenTheyCome) {
+TEST_F(ModelRunTest, RunawaysAndAlertsAreToldWhenTheyCome) {
   stores_.suites[""].set(SettingKeys::kRunawayNotifications, true);
   stores_.suites[""].set(SettingKeys::kAlertMinutes, 1.0);
   seconds_ = 100;
@@ -295,7 +295,7 @@ TEST_F(WindowlessRunTest, RunawaysAndAlertsAreToldWhenTheyCome) {
   EXPECT_EQ((*withAlert)["alerts"], Json::array({"hot-" + key}));
 }
 
-TEST_F(WindowlessRunTest, TheThermalStateCanBeMadeSerious) {
+TEST_F(ModelRunTest, TheThermalStateCanBeMadeSerious) {
   stores_.suites[""].set(
       SettingKeys::kCalmRules,
       SettingData{CalmRule::encode({{.id = CalmRule::freshID(),
@@ -308,7 +308,7 @@ TEST_F(WindowlessRunTest, TheThermalStateCanBeMadeSerious) {
   EXPECT_EQ(lines().back()["calmed"], Json::array({412}));
 }
 
-TEST_F(WindowlessRunTest, ARecordedRunCanBeReplayedLineByLine) {
+TEST_F(ModelRunTest, ARecordedRunCanBeReplayedLineByLine) {
   seconds_ = 40;
   EXPECT_EQ(run({"--watch", "--record", folder_ / "recording"}), 0);
   const std::string live = printed_;
@@ -317,7 +317,7 @@ TEST_F(WindowlessRunTest, ARecordedRunCanBeReplayedLineByLine) {
   EXPECT_EQ(printed_, live);
 }
 
-TEST_F(WindowlessRunTest, AReplayTouchesNothingOfThisMachine) {
+TEST_F(ModelRunTest, AReplayTouchesNothingOfThisMachine) {
   seconds_ = 90;
   stores_.suites[""].set(
       SettingKeys::kCalmRules,
@@ -340,7 +340,7 @@ TEST_F(WindowlessRunTest, AReplayTouchesNothingOfThisMachine) {
   EXPECT_THAT(support_.names(), ElementsAre("Torvane"));
 }
 
-TEST_F(WindowlessRunTest, AReplayKeepsRecordsWhereItIsToldTo) {
+TEST_F(ModelRunTest, AReplayKeepsRecordsWhereItIsToldTo) {
   seconds_ = 90;
   run({"--background", "--record", folder_ / "recording"});
   EXPECT_EQ(
@@ -356,7 +356,7 @@ TEST_F(WindowlessRunTest, AReplayKeepsRecordsWhereItIsToldTo) {
   }
 }
 
-TEST_F(WindowlessRunTest, AReplayTakesTheSettingsOfATestRun) {
+TEST_F(ModelRunTest, AReplayTakesTheSettingsOfATestRun) {
   seconds_ = 100;
   run({"--watch", "--record", folder_ / "recording"});
   run({"--watch", "--replay", folder_ / "recording", "--ui-testing", "--set",
@@ -365,7 +365,7 @@ TEST_F(WindowlessRunTest, AReplayTakesTheSettingsOfATestRun) {
   EXPECT_THAT(stores_.opened, Not(Contains("app.embrix.uitesting")));
 }
 
-TEST_F(WindowlessRunTest, ARecordingThatCannotBeMadeIsOneSentenceBeforeAnything) {
+TEST_F(ModelRunTest, ARecordingThatCannotBeMadeIsOneSentenceBeforeAnything) {
   EXPECT_EQ(run({"--watch", "--record", folder_ / "missing/recording"}), 2);
   EXPECT_EQ(printed_, "");
   EXPECT_THAT(complaints_, StartsWith("embrix: "));
@@ -373,7 +373,7 @@ TEST_F(WindowlessRunTest, ARecordingThatCannotBeMadeIsOneSentenceBeforeAnything)
   EXPECT_THAT(support_.names(), IsEmpty());
 }
 
-TEST_F(WindowlessRunTest, AReportWinsOverAWindowlessRun) {
+TEST_F(ModelRunTest, AReportWinsOverAWindowlessRun) {
   EXPECT_EQ(run({"--watch", "--background", "--dump"}), 0);
   EXPECT_THAT(printed_, StartsWith("system "));
   EXPECT_EQ(sessions_, 0);

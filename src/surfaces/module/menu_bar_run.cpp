@@ -1,0 +1,96 @@
+#include "surfaces/module/menu_bar_run.h"
+
+#include <QClipboard>
+#include <QDesktopServices>
+#include <QGuiApplication>
+#include <QUrl>
+
+#include "surfaces/appearance_mode.h"
+#include "surfaces/qt/content_values.h"
+#include "surfaces/surface_settings.h"
+
+namespace embrix {
+
+namespace {
+
+constexpr std::string_view kNoPlace =
+    "Embrix: this desktop has no place for menu bar items, so it opens as a window. Closing that "
+    "ends it.\n";
+
+PopoverWindow::Form formHere() {
+  return MenuBarItem::hasPlace() ? PopoverWindow::Form::panel : PopoverWindow::Form::window;
+}
+
+}  // namespace
+
+MenuBarRun::MenuBarRun(const WindowRun& run)
+    : run_(run),
+      scheduler_(run.loop.scheduler()),
+      loop_(run.loop),
+      popover_(engine_, run.model, scheduler_, actions(), formHere()) {
+  engine_.values().motion().setFrozen(run_.isTestRun);
+  engine_.values().setIdle([this] { return run_.desktop.idleSeconds(); });
+  run_.desktop.onChange([this] { desktopChanged(); });
+  desktopChanged();
+}
+
+DesktopActions MenuBarRun::actions() {
+  DesktopActions actions;
+  actions.openDashboard = [](DashboardSection) {};
+  actions.openURL = [](const std::string& url) {
+    QDesktopServices::openUrl(QUrl(toQString(url), QUrl::StrictMode));
+  };
+  actions.reveal = [](const std::string& folder) {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(toQString(folder)));
+  };
+  actions.copy = [](const std::string& text) {
+    QGuiApplication::clipboard()->setText(toQString(text));
+  };
+  actions.terminate = [] { QCoreApplication::quit(); };
+  return actions;
+}
+
+void MenuBarRun::desktopChanged() {
+  const AppearanceMode mode = currentAppearance(run_.model.defaults());
+  const bool isDark = mode == AppearanceMode::dark || (mode == AppearanceMode::system &&
+                                                       run_.desktop.prefersDark().value_or(false));
+  engine_.values().palette().setAppearance(isDark ? EX::Appearance::dark : EX::Appearance::light);
+  engine_.values().motion().setReduced(run_.desktop.reducesMotion());
+  if (item_) item_->refresh();
+}
+
+void MenuBarRun::togglePopover(std::optional<QPoint> anchor) {
+  if (popover_.isOpen()) {
+    popover_.close();
+  } else if (!popover_.wasJustClosed()) {
+    popover_.open(anchor);
+  }
+}
+
+void MenuBarRun::appearFirst() {
+  if (FirstAppearance::welcomes(run_.model.defaults().boolFor(SurfaceSettings::kHasSeenWelcome),
+                                false)) {
+    welcome_ = scheduler_.after(FirstAppearance::kWelcomeDelay,
+                                [this] { run_.model.showSection(DashboardSection::overview); });
+  }
+  if (const auto section = FirstAppearance::requestedSection(run_.arguments)) {
+    run_.model.showSection(*section);
+  }
+}
+
+void MenuBarRun::run() {
+  if (MenuBarItem::hasPlace()) {
+    item_ = std::make_unique<MenuBarItem>(
+        run_.model, scheduler_, [this] { return run_.desktop.reducesMotion(); },
+        [this](std::optional<QPoint> anchor) { togglePopover(anchor); });
+  } else {
+    run_.say(kNoPlace);
+    QObject::connect(&popover_, &PopoverWindow::closed, &popover_,
+                     [] { QCoreApplication::quit(); });
+    popover_.open(std::nullopt);
+  }
+  appearFirst();
+  loop_.run();
+}
+
+}  // namespace embrix

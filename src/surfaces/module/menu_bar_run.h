@@ -1,0 +1,39 @@
+// The menu-bar life of the program: its item, its popover, and what it does once at the start. Main
+// thread only.
+#pragma once
+
+#include <memory>
+
+#include "hosts/qt/toolkit_loop.h"
+#include "surfaces/qt/menu_bar_item.h"
+#include "surfaces/qt/popover_window.h"
+#include "surfaces/window_module.h"
+
+namespace embrix {
+
+class MenuBarRun {
+ public:
+  // The toolkit's application stands already.
+  explicit MenuBarRun(const WindowRun& run);
+  MenuBarRun(const MenuBarRun&) = delete;
+  MenuBarRun& operator=(const MenuBarRun&) = delete;
+
+  // Until the program is told to end.
+  void run();
+
+ private:
+  DesktopActions actions();
+  void desktopChanged();
+  void togglePopover(std::optional<QPoint> anchor);
+  void appearFirst();
+
+  const WindowRun& run_;
+  Scheduler& scheduler_;
+  SurfaceEngine engine_;
+  ToolkitLoop loop_;
+  PopoverWindow popover_;
+  std::unique_ptr<MenuBarItem> item_;  // null on a desktop without a place for it
+  Scheduled welcome_;
+};
+
+}  // namespace embrix

@@ -1,0 +1,84 @@
+import QtQuick
+import QtQuick.Templates as T
+import Embrix
+
+// A menu made of the items that a view-model gives, in their order.
+T.Menu {
+    id: menu
+
+    property var items: []
+    signal chosen(string action)
+
+    function rebuild() {
+        while (count > 0)
+            removeItem(itemAt(0));
+        for (const item of items) {
+            if (item.items.length > 0) {
+                const nested = Qt.createComponent("EXMenu.qml").createObject(menu, { title: item.label, items: item.items });
+                nested.chosen.connect(menu.chosen);
+                addMenu(nested);
+            } else if (item.action === "") {
+                addItem(divider.createObject(contentItem));
+            } else {
+                addItem(line.createObject(contentItem, { item: item }));
+            }
+        }
+    }
+    onItemsChanged: rebuild()
+
+    implicitWidth: Math.max(180, contentItem.implicitWidth) + leftPadding + rightPadding
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+    margins: 4
+    padding: 6
+    overlap: 4
+    cascade: true
+    delegate: EXMenuItem {}
+
+    background: Rectangle {
+        radius: 12
+        color: EX.surface
+        border.width: 2
+        border.color: EX.inkFixed
+    }
+    contentItem: ListView {
+        implicitHeight: contentHeight
+        // The widest line counts.
+        implicitWidth: {
+            let widest = 0;
+            for (let i = 0; i < menu.count; ++i)
+                widest = Math.max(widest, menu.itemAt(i).implicitWidth);
+            return widest;
+        }
+        model: menu.contentModel
+        interactive: false
+        currentIndex: menu.currentIndex
+    }
+
+    Component {
+        id: line
+        EXMenuItem {
+            property var item
+            objectName: "menu-" + item.action
+            text: item.label
+            shortcutText: item.shortcut
+            checkable: item.isOn !== null
+            checked: item.isOn === true
+            onTriggered: menu.chosen(item.action)
+        }
+    }
+    Component {
+        id: divider
+        T.MenuSeparator {
+            implicitWidth: 40
+            implicitHeight: 9
+            contentItem: Item {
+                Rectangle {
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: parent.width
+                    height: 1
+                    color: EX.hairline
+                }
+            }
+        }
+    }
+}

@@ -1,0 +1,33 @@
+import QtQuick
+import QtQuick.Templates as T
+import Embrix
+
+// The help text of a control, after the pointer or the keyboard has rested on it for a while.
+T.ToolTip {
+    id: tip
+
+    property bool shown: false
+
+    visible: shown && text !== ""
+    delay: 700
+    x: parent ? Math.round((parent.width - implicitWidth) / 2) : 0
+    y: -implicitHeight - 6
+    margins: 6
+    padding: 8
+    implicitWidth: Math.min(label.implicitWidth, 300) + 2 * padding
+    implicitHeight: label.implicitHeight + 2 * padding
+    closePolicy: T.Popup.NoAutoClose
+
+    background: Rectangle {
+        radius: 8
+        color: EX.inkFixed
+    }
+    contentItem: EXText {
+        id: label
+        text: tip.text
+        font: EXFont.text(12, 500)
+        color: "white"
+        wrapMode: Text.Wrap
+        elide: Text.ElideNone
+    }
+}
