@@ -2,7 +2,8 @@
 // days with 40 apps each, a ledger and a session of 300 groups, a day of baseline.
 //
 // BM_FrameIntoHistory is what one frame costs the history, the averages and the count for runaways.
-// BM_SaveAll is the background's share of a save, BM_SnapshotAll the main thread's.
+// BM_SaveAll is the background's share of a save, with a week and with all days in the archive;
+// BM_SnapshotAll is the main thread's.
 
 #include <benchmark/benchmark.h>
 
@@ -86,9 +87,11 @@ DayLedger fullLedger(Days& days, std::string day) {
   return ledger;
 }
 
-Archive fullArchive(Days& days) {
+constexpr int kMostDays = static_cast<int>(Archive::kMostDays);
+
+Archive archiveOf(Days& days, int count) {
   Archive archive;
-  for (int i = 0; i < static_cast<int>(Archive::kMostDays); ++i) {
+  for (int i = 0; i < count; ++i) {
     archive.record(fullLedger(days, fmt::format("20{:02}-{:02}-{:02}", 20 + i / 336,
                                                 i / 28 % 12 + 1, i % 28 + 1)),
                    BatteryReading{.healthPercent = 91, .cycleCount = i, .fullWh = 68.5});
@@ -115,20 +118,20 @@ PowerBaseline fullBaseline(Days& days) {
 
 // Everything that a save takes, and a folder in memory for it where there is one.
 struct Records {
-  Days days;
-  History history = fullHistory(days);
-  DayLedger ledger = fullLedger(days, "2026-03-02");
-  Archive archive = fullArchive(days);
-  DischargeSession session = fullSession(days);
-  PowerBaseline baseline = fullBaseline(days);
-  HistoryStore store;
-
-  Records() {
+  explicit Records(int archivedDays = kMostDays) : archive(archiveOf(days, archivedDays)) {
     std::string pattern = std::filesystem::exists("/dev/shm") ? "/dev/shm/embrix-bench.XXXXXX"
                                                               : "/tmp/embrix-bench.XXXXXX";
     store.directory = mkdtemp(pattern.data());
   }
   ~Records() { std::filesystem::remove_all(store.directory); }
+
+  Days days;
+  History history = fullHistory(days);
+  DayLedger ledger = fullLedger(days, "2026-03-02");
+  Archive archive;
+  DischargeSession session = fullSession(days);
+  PowerBaseline baseline = fullBaseline(days);
+  HistoryStore store;
 
   void save() const {
     store.save(history.snapshot());
@@ -196,7 +199,7 @@ void BM_SnapshotAll(benchmark::State& state) {
 BENCHMARK(BM_SnapshotAll)->Unit(benchmark::kMicrosecond);
 
 void BM_SaveAll(benchmark::State& state) {
-  Records records;
+  Records records(static_cast<int>(state.range(0)));
   records.save();
   for (auto _ : state) {
     state.PauseTiming();
@@ -210,7 +213,7 @@ void BM_SaveAll(benchmark::State& state) {
   }
   state.counters["bytes"] = static_cast<double>(bytes);
 }
-BENCHMARK(BM_SaveAll)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SaveAll)->ArgName("days")->Arg(7)->Arg(kMostDays)->Unit(benchmark::kMillisecond);
 
 // The first save of a run formats everything.
 void BM_SaveAllAnew(benchmark::State& state) {
@@ -225,7 +228,7 @@ void BM_SaveAllAnew(benchmark::State& state) {
 BENCHMARK(BM_SaveAllAnew)->Unit(benchmark::kMillisecond)->Iterations(10);
 
 void BM_LoadAll(benchmark::State& state) {
-  Records records;
+  Records records(static_cast<int>(state.range(0)));
   records.save();
   for (auto _ : state) {
     History history(kCapacity);
@@ -237,7 +240,7 @@ void BM_LoadAll(benchmark::State& state) {
     benchmark::DoNotOptimize(records.store.loadBaseline());
   }
 }
-BENCHMARK(BM_LoadAll)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_LoadAll)->ArgName("days")->Arg(7)->Arg(kMostDays)->Unit(benchmark::kMillisecond);
 
 void BM_LoadHistory(benchmark::State& state) {
   Records records;
