@@ -11,7 +11,6 @@
 #include "hosts/linux/assertion_source.h"
 #include "hosts/linux/battery_source.h"
 #include "hosts/linux/clock.h"
-#include "hosts/linux/command_runner.h"
 #include "hosts/linux/energy_source.h"
 #include "hosts/linux/folder_source.h"
 #include "hosts/linux/gpu_source.h"
@@ -28,6 +27,7 @@
 #include "hosts/linux/thermal_state_source.h"
 #include "hosts/linux/trash.h"
 #include "hosts/linux/user_facts.h"
+#include "hosts/posix/command_runner.h"
 
 namespace embrix {
 
@@ -80,7 +80,7 @@ Host nativeHost() {
   host.memory = std::make_unique<LinuxMemorySource>();
   host.assertions = assertionSource();
   host.powerLog = std::make_unique<LinuxPowerLogSource>();
-  host.commands = std::make_unique<LinuxCommandRunner>();
+  host.commands = std::make_unique<PosixCommandRunner>(SpawnManner::native());
   host.files = std::make_unique<LocalFiles>();
   const BaseFolders folders = baseFolders(host.user.homeDirectory, std::getenv("XDG_CACHE_HOME"),
                                           std::getenv("XDG_DATA_HOME"));

@@ -11,7 +11,6 @@
 #include "hosts/macos/assertion_source.h"
 #include "hosts/macos/battery_source.h"
 #include "hosts/macos/clock.h"
-#include "hosts/macos/command_runner.h"
 #include "hosts/macos/energy_source.h"
 #include "hosts/macos/folder_source.h"
 #include "hosts/macos/gpu_source.h"
@@ -28,6 +27,7 @@
 #include "hosts/macos/thermal_state_source.h"
 #include "hosts/macos/trash.h"
 #include "hosts/macos/user_facts.h"
+#include "hosts/posix/command_runner.h"
 
 namespace embrix {
 
@@ -49,7 +49,7 @@ Host nativeHost() {
               .memory = std::make_unique<MacMemorySource>(),
               .assertions = std::make_unique<MacAssertionSource>(),
               .powerLog = std::make_unique<MacPowerLogSource>(),
-              .commands = std::make_unique<MacCommandRunner>(),
+              .commands = std::make_unique<PosixCommandRunner>(SpawnManner::native()),
               .files = std::make_unique<LocalFiles>(),
               .folders = std::make_unique<MacFolderSource>(),
               .trash = std::make_unique<MacTrash>()};

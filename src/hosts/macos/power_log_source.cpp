@@ -1,11 +1,13 @@
 #include "hosts/macos/power_log_source.h"
 
-#include "hosts/macos/command_runner.h"
+#include "hosts/posix/command_runner.h"
 
 namespace embrix {
 
 std::string MacPowerLogSource::read() {
-  return MacCommandRunner().output("/usr/bin/pmset", {"-g", "log"}).value_or("");
+  return PosixCommandRunner(SpawnManner::native())
+      .output("/usr/bin/pmset", {"-g", "log"})
+      .value_or("");
 }
 
 }  // namespace embrix

@@ -1,4 +1,4 @@
-#include "hosts/linux/command_runner.h"
+#include "hosts/posix/command_runner.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -18,16 +18,16 @@
 namespace embrix {
 namespace {
 
-class LinuxCommandRunnerTest : public testing::Test {
+class PosixCommandRunnerTest : public testing::Test {
  protected:
   std::optional<std::string> shell(const std::string& script) {
     return runner.output("/bin/sh", {"-c", script});
   }
 
-  LinuxCommandRunner runner;
+  PosixCommandRunner runner{SpawnManner::native()};
 };
 
-TEST_F(LinuxCommandRunnerTest, OutputIsWhatWasWrittenToStandardOutput) {
+TEST_F(PosixCommandRunnerTest, OutputIsWhatWasWrittenToStandardOutput) {
   EXPECT_EQ(runner.output("/bin/echo", {"one", "two words", ""}), "one two words \n");
   EXPECT_EQ(shell("echo out; echo err >&2; exit 3"), "out\n");
   EXPECT_EQ(shell(":"), "");
@@ -36,13 +36,13 @@ TEST_F(LinuxCommandRunnerTest, OutputIsWhatWasWrittenToStandardOutput) {
                                                       4));
 }
 
-TEST_F(LinuxCommandRunnerTest, LongOutputIsReadToItsEnd) {
+TEST_F(PosixCommandRunnerTest, LongOutputIsReadToItsEnd) {
   const auto text = shell("head -c 3000000 /dev/zero");
   ASSERT_TRUE(text);
   EXPECT_EQ(text->size(), 3'000'000u);
 }
 
-TEST_F(LinuxCommandRunnerTest, WhatCannotBeStartedIsAbsent) {
+TEST_F(PosixCommandRunnerTest, WhatCannotBeStartedIsAbsent) {
   CapturedTree tree;
   tree.write("text", "no program");
   for (const std::string& program : {std::string("/nowhere/program"), std::string(""),
@@ -52,11 +52,11 @@ TEST_F(LinuxCommandRunnerTest, WhatCannotBeStartedIsAbsent) {
   }
 }
 
-TEST_F(LinuxCommandRunnerTest, AProgramThatDiesStillHasItsOutput) {
+TEST_F(PosixCommandRunnerTest, AProgramThatDiesStillHasItsOutput) {
   EXPECT_EQ(shell("echo last words; kill -9 $$"), "last words\n");
 }
 
-TEST_F(LinuxCommandRunnerTest, AListOfProcessesIsNotCutToTheWidthOfATerminal) {
+TEST_F(PosixCommandRunnerTest, AListOfProcessesIsNotCutToTheWidthOfATerminal) {
   const std::string inherited = std::getenv("COLUMNS") == nullptr ? "" : std::getenv("COLUMNS");
   ::setenv("COLUMNS", "20", 1);
   const std::string marker(300, 'x');
@@ -71,11 +71,11 @@ TEST_F(LinuxCommandRunnerTest, AListOfProcessesIsNotCutToTheWidthOfATerminal) {
   EXPECT_NE(lines->find(marker), std::string::npos);
 }
 
-TEST_F(LinuxCommandRunnerTest, StandardInputIsEmpty) {
+TEST_F(PosixCommandRunnerTest, StandardInputIsEmpty) {
   EXPECT_EQ(runner.output("/bin/cat", {}), "");
 }
 
-TEST_F(LinuxCommandRunnerTest, NoOpenFileIsHandedOn) {
+TEST_F(PosixCommandRunnerTest, NoOpenFileIsHandedOn) {
   const int descriptor = ::open("/dev/null", O_RDONLY);
   ASSERT_GE(descriptor, 0);
   // The listing itself holds one more, on the folder it lists.
@@ -83,7 +83,7 @@ TEST_F(LinuxCommandRunnerTest, NoOpenFileIsHandedOn) {
   ::close(descriptor);
 }
 
-TEST_F(LinuxCommandRunnerTest, SignalsAreAsAProgramExpectsThem) {
+TEST_F(PosixCommandRunnerTest, SignalsAreAsAProgramExpectsThem) {
   sigset_t blocked;
   sigset_t before;
   sigemptyset(&blocked);
@@ -105,22 +105,24 @@ TEST_F(LinuxCommandRunnerTest, SignalsAreAsAProgramExpectsThem) {
   EXPECT_EQ(std::stoull(*ignored, nullptr, 16) & kStandard, 0u) << *ignored;
 }
 
-TEST_F(LinuxCommandRunnerTest, NoZombieIsLeftBehind) {
+TEST_F(PosixCommandRunnerTest, NoZombieIsLeftBehind) {
   ASSERT_TRUE(shell(":"));
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
   EXPECT_EQ(errno, ECHILD);
 }
 
-TEST_F(LinuxCommandRunnerTest, CallsMayOverlap) {
+TEST_F(PosixCommandRunnerTest, CallsMayOverlap) {
   std::string first;
-  std::thread other([&] { first = LinuxCommandRunner().output("/bin/echo", {"1"}).value_or(""); });
+  std::thread other([&] {
+    first = PosixCommandRunner(SpawnManner::native()).output("/bin/echo", {"1"}).value_or("");
+  });
   const auto second = runner.output("/bin/echo", {"2"});
   other.join();
   EXPECT_EQ(first, "1\n");
   EXPECT_EQ(second, "2\n");
 }
 
-TEST_F(LinuxCommandRunnerTest, AStartedProgramRunsInItsOwnSessionAndIsWaitedFor) {
+TEST_F(PosixCommandRunnerTest, AStartedProgramRunsInItsOwnSessionAndIsWaitedFor) {
   CapturedTree tree;
   const std::string pipe = tree.root() + "/pipe";
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);

@@ -1,6 +1,5 @@
-#include "hosts/macos/command_runner.h"
+#include "hosts/posix/command_runner.h"
 
-#include <crt_externs.h>
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
@@ -20,10 +19,10 @@ namespace embrix {
 namespace {
 
 // A program to be spawned; standard output goes to `outputDescriptor`, or to /dev/null when that is
-// -1. No other descriptor of this process reaches it.
+// -1.
 class Spawn {
  public:
-  Spawn(int outputDescriptor, bool ownSession) {
+  Spawn(const SpawnManner& manner, int outputDescriptor, bool ownSession) : manner_(manner) {
     ::posix_spawn_file_actions_init(&actions_);
     ::posix_spawnattr_init(&attributes_);
     // First, for the pipe can have got the number of a standard stream that was closed here.
@@ -34,7 +33,10 @@ class Spawn {
     }
     ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     ::posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    // Libraries open files that they forget to mark as their own.
+    manner_.leaveFilesBehind(actions_);
     // What this process blocks and ignores is its own affair.
+    // Macros on some systems.
     sigset_t signals{};
     sigemptyset(&signals);
     ::posix_spawnattr_setsigmask(&attributes_, &signals);
@@ -42,9 +44,9 @@ class Spawn {
     sigaddset(&signals, SIGXFSZ);
     ::posix_spawnattr_setsigdefault(&attributes_, &signals);
     const int session = ownSession ? POSIX_SPAWN_SETSID : 0;
-    ::posix_spawnattr_setflags(
-        &attributes_, static_cast<short>(POSIX_SPAWN_CLOEXEC_DEFAULT | POSIX_SPAWN_SETSIGMASK |
-                                         POSIX_SPAWN_SETSIGDEF | session));
+    ::posix_spawnattr_setflags(&attributes_,
+                               static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                  manner_.flags | session));
   }
   ~Spawn() {
     ::posix_spawn_file_actions_destroy(&actions_);
@@ -61,11 +63,12 @@ class Spawn {
     words.push_back(nullptr);
     pid_t pid = 0;
     const int error = ::posix_spawn(&pid, program.c_str(), &actions_, &attributes_, words.data(),
-                                    programEnvironment(*::_NSGetEnviron()).data());
+                                    programEnvironment(manner_.environment()).data());
     return error == 0 ? std::optional(pid) : std::nullopt;
   }
 
  private:
+  const SpawnManner& manner_;
   posix_spawn_file_actions_t actions_{};
   posix_spawnattr_t attributes_{};
 };
@@ -98,14 +101,11 @@ struct Ended {
   bool succeeded() const { return status && WIFEXITED(*status) && WEXITSTATUS(*status) == 0; }
 };
 
-std::optional<Ended> runToItsEnd(const std::string& program,
+std::optional<Ended> runToItsEnd(const SpawnManner& manner, const std::string& program,
                                  const std::vector<std::string>& arguments) {
   std::array<int, 2> ends{};
-  if (::pipe(ends.data()) != 0) return std::nullopt;
-  // There is no pipe2() here: a program that another library starts in this moment could keep the
-  // writing end, and the reading below would wait for that program's end as well.
-  for (const int end : ends) ::fcntl(end, F_SETFD, FD_CLOEXEC);
-  const auto pid = Spawn(ends[1], false).run(program, arguments);
+  if (!manner.makePipe(ends)) return std::nullopt;
+  const auto pid = Spawn(manner, ends[1], false).run(program, arguments);
   ::close(ends[1]);
   std::optional<Ended> ended;
   if (pid) {
@@ -118,23 +118,23 @@ std::optional<Ended> runToItsEnd(const std::string& program,
 
 }  // namespace
 
-std::optional<std::string> MacCommandRunner::output(const std::string& program,
-                                                    const std::vector<std::string>& arguments) {
-  auto ended = runToItsEnd(program, arguments);
+std::optional<std::string> PosixCommandRunner::output(const std::string& program,
+                                                      const std::vector<std::string>& arguments) {
+  auto ended = runToItsEnd(manner_, program, arguments);
   if (!ended) return std::nullopt;
   return std::move(ended->output);
 }
 
-std::optional<std::string> MacCommandRunner::successfulOutput(
+std::optional<std::string> PosixCommandRunner::successfulOutput(
     const std::string& program, const std::vector<std::string>& arguments) {
-  auto ended = runToItsEnd(program, arguments);
+  auto ended = runToItsEnd(manner_, program, arguments);
   if (!ended || !ended->succeeded()) return std::nullopt;
   return std::move(ended->output);
 }
 
-bool MacCommandRunner::start(const std::string& program,
-                             const std::vector<std::string>& arguments) {
-  const auto pid = Spawn(-1, true).run(program, arguments);
+bool PosixCommandRunner::start(const std::string& program,
+                               const std::vector<std::string>& arguments) {
+  const auto pid = Spawn(manner_, -1, true).run(program, arguments);
   if (!pid) return false;
   // Somebody must wait for the program, or it stays as a zombie for as long as this one runs.
   try {
