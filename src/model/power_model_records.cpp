@@ -18,10 +18,12 @@ void PowerModel::recordLedger(const std::optional<Frame>& previous, const Verdic
                        .label = {}};
   if (previous) step.elapsed = frame.date - previous->date;
   if (verdict.subject) step.label = *verdict.subject;
+  // Whoever draws power while time passes changes the day; else it is looked at whole.
+  const bool addsEnergy = step.elapsed.value_or(0) > 0 && !entries.empty();
   ledger_.change([&](DayLedger& ledger) {
-    const bool changes = previous || ledger.day != day;
+    const auto before = addsEnergy ? std::nullopt : std::optional(ledger);
     ledger.record(step);
-    return changes;
+    return before != ledger;
   });
 }
 
@@ -30,13 +32,15 @@ void PowerModel::recordDischarge(const std::optional<Frame>& previous) {
     // What every change to a session touches.
     struct Mark {
       double start;
+      std::optional<int> startPercent;
       double lastTime;
+      double totalWattHours;
       bool isAsleep;
       bool operator==(const Mark&) const = default;
     };
     const auto markOf = [](const std::optional<DischargeSession>& marked) {
-      return marked ? std::optional(
-                          Mark{marked->start, marked->lastTime, marked->sleepStart.has_value()})
+      return marked ? std::optional(Mark{marked->start, marked->startPercent, marked->lastTime,
+                                         marked->totalWattHours, marked->sleepStart.has_value()})
                     : std::nullopt;
     };
     const auto before = markOf(session);

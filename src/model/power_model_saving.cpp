@@ -22,9 +22,9 @@ void PowerModel::saveHistoryPeriodically() {
 }
 
 void PowerModel::save() {
-  archive_.change([&](Archive& archive) {
-    archive.record(*ledger_, *frame_ ? (*frame_)->battery : std::nullopt);
-  });
+  Archive archive = *archive_;  // its days are shared, not copied
+  archive.record(*ledger_, *frame_ ? (*frame_)->battery : std::nullopt);
+  archive_ = std::move(archive);
   if (ports_.store.directory.empty()) return;  // nothing is kept, so nothing is copied
   saving_ = ports_.scheduler.background(
       WorkPriority::utility,

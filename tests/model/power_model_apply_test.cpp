@@ -164,8 +164,11 @@ TEST_F(PowerModelApplyTest, ReadersAreToldWhenTheWholeFrameIsTaken) {
 }
 
 TEST_F(PowerModelApplyTest, EqualFramesTellOfFrameAndHistoryAndOfNothingElse) {
-  const Frame frame = frameAt(kMorning, {app("Safari", 6)});
+  world.defaults.set(SettingKeys::kSampleInterval, 40.0);  // so that each frame saves
+  Frame frame = frameAt(kMorning, {app("Safari", 6)});
+  frame.battery = onBattery(80);
   world.take(frame);
+  world.take(frame);  // the first that has one before it sets the day's peak
   std::vector<std::string> told;
   std::vector<Subscription> subscriptions;
   const auto listenTo = [&](const auto& field, const char* name) {
@@ -178,7 +181,14 @@ TEST_F(PowerModelApplyTest, EqualFramesTellOfFrameAndHistoryAndOfNothingElse) {
   listenTo(model.runaways(), "runaways");
   listenTo(model.groupNames(), "names");
   listenTo(model.calmed(), "calmed");
+  listenTo(model.ledger(), "ledger");
   listenTo(model.archive(), "archive");
+  listenTo(model.overnight(), "overnight");
+  listenTo(model.lastFreed(), "freed");
+  listenTo(model.calmRules(), "rules");
+  listenTo(model.visibleSurfaces(), "surfaces");
+  listenTo(model.dashboardSection(), "section");
+  listenTo(model.isFixture(), "fixture");
   listenTo(model.discharge(), "discharge");
   listenTo(model.baseline(), "baseline");
   listenTo(model.autoCalmed(), "autoCalmed");
@@ -186,6 +196,76 @@ TEST_F(PowerModelApplyTest, EqualFramesTellOfFrameAndHistoryAndOfNothingElse) {
   world.take(frame);
   world.take(frame);
   EXPECT_THAT(told, UnorderedElementsAre("frame", "frame", "history", "history"));
+}
+
+TEST_F(PowerModelApplyTest, TheDayTellsOfEveryChangeAndOnlyOfThose) {
+  std::vector<DayLedger> told;
+  const Subscription ledger =
+      model.ledger().subscribe([&](const DayLedger& day) { told.push_back(day); });
+  world.take(frameAt(kMorning));
+  world.take(frameAt(kMorning + 2));
+  EXPECT_THAT(told, IsEmpty()) << "nobody draws anything";
+  world.take(frameAt(kMorning + 4, {app("Safari", 6)}));
+  EXPECT_THAT(told, SizeIs(1));
+  world.take(frameAt(kMorning + 4, {app("Safari", 5)}));
+  EXPECT_THAT(told, SizeIs(1)) << "no time passed, and the peak was higher";
+  world.take(frameAt(kMorning + 4, {app("Safari", 7)}));
+  EXPECT_THAT(told, SizeIs(2)) << "a new peak";
+  world.take(frameAt(kMorning - 2, {app("Mail", 7)}));
+  EXPECT_THAT(told, SizeIs(3)) << "a name, though the clock was set back";
+  Frame screen = frameAt(kMorning);
+  screen.battery = onBattery(80);
+  screen.battery->systemWatts = 5;
+  world.take(screen);
+  EXPECT_THAT(told, SizeIs(4)) << "energy that no app drew";
+  world.take(frameAt(kMorning + 86400));
+  EXPECT_THAT(told, SizeIs(5)) << "another day";
+  EXPECT_EQ(told.back(), *model.ledger());
+}
+
+// Each step of a frame reads what the ones before it wrote: the day is judged by what was normal
+// before the frame, rules and the control by what is normal with it.
+TEST_F(PowerModelApplyTest, AFrameCountsForWhatIsNormalOnlyAfterItsDayIsWritten) {
+  PowerModel& own = world.model();
+  own.addCalmRule("Safari", CalmRule::Condition::whenHot);
+  double date = kMorning;
+  for (int i = 0; i < 59; ++i, date += 30) world.take(frameAt(date, {app("Safari", 15)}));
+  EXPECT_EQ(model.thresholds(), (LoadThresholds{.warm = 10, .hot = 18})) << "one sample short";
+  const double before = model.ledger()->hotSeconds;
+  const Frame last = frameAt(date, {app("Safari", 20)});
+  world.bringToLife(last);
+  world.take(last);
+  EXPECT_EQ(model.thresholds(), (LoadThresholds{.warm = 24, .hot = 41}));
+  EXPECT_EQ(model.ledger()->hotSeconds - before, 30) << "hot by the old threshold";
+  EXPECT_THAT(*model.calmed(), IsEmpty()) << "calm by the new one";
+  EXPECT_FALSE(ControlState::load(&world.suite)->hot);
+}
+
+TEST_F(PowerModelApplyTest, ARunawayIsAlertedWithTheFrameThatMakesItOne) {
+  world.alertAt(3, 1);
+  fill(kMorning, kMorning + 50, {app("Safari", 5)});
+  std::vector<std::string> told;
+  const Subscription runaways = model.runaways().subscribe([&](const GroupKeys& keys) {
+    EXPECT_THAT(keys, SizeIs(1));
+    EXPECT_THAT(world.notifier.posted, SizeIs(1));
+    told.emplace_back("runaways");
+  });
+  fill(kMorning + 60, kMorning + 60, {app("Safari", 5)});
+  EXPECT_THAT(told, ElementsAre("runaways"));
+}
+
+TEST_F(PowerModelApplyTest, ASaveHoldsTheFrameThatItFollows) {
+  world.defaults.set(SettingKeys::kSampleInterval, 40.0);
+  Frame frame = frameAt(kMorning, {app("Safari", 36)});
+  frame.battery = onBattery(80);
+  world.take(frame);
+  frame.date += 10;
+  world.take(frame);
+  EXPECT_EQ(world.store.loadLedger(), *model.ledger());
+  EXPECT_EQ(world.store.loadDischarge(), *model.discharge());
+  EXPECT_EQ(world.store.loadBaseline(), *model.baseline());
+  EXPECT_EQ(world.store.loadArchive()->days()[0].wattHours, 0.1);
+  EXPECT_THAT(world.store.load(0), SizeIs(2));
 }
 
 TEST_F(PowerModelApplyTest, AReaderMayUseTheModelWhileItIsTold) {

@@ -22,7 +22,9 @@ Session nativeSession() {
           .notifier = std::make_unique<MacNotifier>(),
           .events = std::move(events),
           .controls = std::make_unique<MacControlCenter>(),
-          .actions = std::make_unique<MacActionService>()};
+          .actions = std::make_unique<MacActionService>(),
+          // No window asks for them here yet.
+          .desktop = absentSession(nullptr).desktop};
 }
 
 std::optional<std::string> nativeIdentifier() {
