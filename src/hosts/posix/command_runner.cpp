@@ -35,8 +35,8 @@ class Spawn {
     ::posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     // Libraries open files that they forget to mark as their own.
     manner_.leaveFilesBehind(actions_);
-    // What this process blocks and ignores is its own affair.
-    // Macros on some systems.
+    // What this process blocks and ignores is its own affair. (What stands without :: is a macro on
+    // some systems.)
     sigset_t signals{};
     sigemptyset(&signals);
     ::posix_spawnattr_setsigmask(&attributes_, &signals);
