@@ -26,15 +26,27 @@ void WorkerThreads::add(std::function<void()> work) {
     allAreBusy = idle_ < waiting_.size();
   }
   if (allAreBusy && threads_.size() < most_) startThread();
-  changed_.notify_one();
+  if (threads_.empty()) {
+    doWaiting();
+  } else {
+    changed_.notify_one();
+  }
 }
 
 void WorkerThreads::startThread() {
   try {
     threads_.emplace_back([this] { takeWork(); });
   } catch (const std::system_error&) {
-    // The system has no thread to give. The work waits for those that run, or for the next that is
-    // added.
+    // The system has no thread to give. The work waits for those that run.
+  }
+}
+
+// There is no other thread.
+void WorkerThreads::doWaiting() {
+  while (!waiting_.empty()) {
+    const std::function<void()> work = std::move(waiting_.front());
+    waiting_.pop_front();
+    work();
   }
 }
 

@@ -22,11 +22,13 @@ class WorkerThreads {
   WorkerThreads(const WorkerThreads&) = delete;
   WorkerThreads& operator=(const WorkerThreads&) = delete;
 
-  // Runs and destroys `work` on one of the threads. It may not throw.
+  // Runs and destroys `work` on one of the threads; on the calling one where the system has not
+  // given a single thread: slowly is better than never. It may not throw.
   void add(std::function<void()> work);
 
  private:
   void startThread();
+  void doWaiting();
   void takeWork();
 
   const std::size_t most_;

@@ -204,7 +204,12 @@ int EmbrixApp::run(const std::vector<std::string>& arguments, const Surroundings
     surroundings.print("embrix " EMBRIX_VERSION "\n");
     return kDone;
   }
-  return statusOf(surroundings, runAsAsked(arguments, surroundings));
+  try {
+    return statusOf(surroundings, runAsAsked(arguments, surroundings));
+  } catch (const std::system_error& failure) {
+    // No descriptors, threads or memory to be had. Everything that was begun has been ended.
+    return statusOf(surroundings, failure.what());
+  }
 }
 
 }  // namespace embrix

@@ -35,7 +35,8 @@ struct Surroundings {
 struct EmbrixApp {
   // `arguments` as the process got them, its own name first. The exit status: 0, or 2 after one
   // sentence of complaint about a recording that cannot be read or written, or about records that
-  // another Embrix keeps, or about windows that cannot be shown.
+  // another Embrix keeps, about windows that cannot be shown, or about a system that has nothing
+  // left to run it with.
   static int run(const std::vector<std::string>& arguments, const Surroundings& surroundings);
 };
 

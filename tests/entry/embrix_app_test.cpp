@@ -1,6 +1,9 @@
 #include "entry/embrix_app.h"
 
+#include <cerrno>
+#include <memory>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -8,6 +11,7 @@
 
 #include "fakes/scratch_folder.h"
 #include "fakes/scripted_host.h"
+#include "fakes/scripted_session.h"
 #include "memory_settings_stores.h"
 #include "model/control_state.h"
 
@@ -28,8 +32,8 @@ class EmbrixAppTest : public testing::Test {
     arguments.insert(arguments.begin(), "embrix");
     return EmbrixApp::run(arguments,
                           {.host = [this] { return machine_.host(); },
-                           .session = nullptr,  // none of these runs has one
-                           .log = nullptr,
+                           .session = session_,
+                           .log = log_,
                            .settings = stores_,
                            .identifier = std::nullopt,
                            .windows = [] { return "there are none here"; },
@@ -42,6 +46,9 @@ class EmbrixAppTest : public testing::Test {
   }
 
   ScriptedHost machine_;
+  // Few of these runs have them.
+  std::function<Session()> session_;
+  std::function<std::unique_ptr<Log>()> log_;
   MemorySettingsStores stores_;
   ScratchFolder folder_;
   std::string printed_;
@@ -145,6 +152,18 @@ TEST_F(EmbrixAppTest, ARecordingIsNotWrittenOverWhileItIsReplayed) {
             2);
   EXPECT_EQ(printed_, "");
   EXPECT_EQ(folder_.read("recording"), bytes);
+}
+
+TEST_F(EmbrixAppTest, ASystemThatHasNothingLeftIsOneSentence) {
+  session_ = []() -> Session {
+    throw std::system_error(EMFILE, std::generic_category(), "the loop cannot be made");
+  };
+  stores_.suites.clear();
+  machine_.user.applicationSupportDirectory = folder_ / "data";
+  log_ = [] { return std::make_unique<ScriptedLog>(); };
+  EXPECT_EQ(run({"--background"}), 2);
+  EXPECT_EQ(complaints_, "embrix: the loop cannot be made: Too many open files.\n");
+  EXPECT_EQ(printed_, "");
 }
 
 TEST_F(EmbrixAppTest, RecordOrReplayAsTheLastArgumentIsIgnored) {

@@ -3,8 +3,9 @@
 #include <pthread.h>
 #include <signal.h>
 
-#include <new>
 #include <utility>
+
+#include "hosts/linux/loop_failure.h"
 
 namespace embrix {
 
@@ -26,11 +27,10 @@ int endLoop(sd_event_source*, const signalfd_siginfo*, void* loop) {
 
 LinuxEventLoop::LinuxEventLoop() {
   sd_event* event = nullptr;
-  // Without memory or descriptors to be had there is nothing that the program could do.
-  if (sd_event_new(&event) < 0) throw std::bad_alloc();
+  requireForLoop(sd_event_new(&event));
   event_.reset(event);
-  takeSignals();
   scheduler_ = std::make_unique<EventScheduler>(event);
+  takeSignals();
 }
 
 void LinuxEventLoop::takeSignals() {
@@ -43,7 +43,10 @@ void LinuxEventLoop::takeSignals() {
   ::pthread_sigmask(SIG_BLOCK, &taken_, &before);
   for (const int signal : kEndingSignals) {
     if (::sigismember(&taken_, signal) == 1) {
-      sd_event_add_signal(event_.get(), nullptr, signal, endLoop, this);
+      const int added = sd_event_add_signal(event_.get(), nullptr, signal, endLoop, this);
+      // A signal that is blocked and that nobody hears would leave a program that cannot be ended.
+      if (added < 0) ::pthread_sigmask(SIG_SETMASK, &before, nullptr);
+      requireForLoop(added);
     }
     // Whoever blocked one before keeps it blocked after the loop's end.
     if (::sigismember(&before, signal) == 1) ::sigdelset(&taken_, signal);

@@ -20,6 +20,8 @@ namespace embrix {
 
 class LinuxEventLoop final : public EventLoop, public GuestLoop {
  public:
+  // Throws std::system_error when the system has no descriptors or no memory for it: there is
+  // nothing then that a program that goes on could do.
   LinuxEventLoop();
   ~LinuxEventLoop() override;
   LinuxEventLoop(const LinuxEventLoop&) = delete;

@@ -7,11 +7,13 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cmath>
 #include <cstdint>
 
 #include "hosts/linux/clock.h"
 #include "hosts/linux/io_priority.h"
+#include "hosts/linux/loop_failure.h"
 
 namespace embrix {
 
@@ -52,15 +54,15 @@ void EventScheduler::DropSource::operator()(sd_event_source* source) const {
 
 EventScheduler::EventScheduler(sd_event* event)
     : wake_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), scheduler_(clockwork()) {
+  if (!wake_.isOpen()) requireForLoop(-errno);
   sd_event_source* source = nullptr;
-  if (sd_event_add_time(event, &source, CLOCK_BOOTTIME, 0, kAccuracy, timeCame, &scheduler_) >= 0) {
-    timer_.reset(source);
-    sd_event_source_set_enabled(source, SD_EVENT_OFF);
-  }
+  requireForLoop(
+      sd_event_add_time(event, &source, CLOCK_BOOTTIME, 0, kAccuracy, timeCame, &scheduler_));
+  timer_.reset(source);
+  sd_event_source_set_enabled(source, SD_EVENT_OFF);
   source = nullptr;
-  if (sd_event_add_io(event, &source, wake_.number(), EPOLLIN, wasWoken, &scheduler_) >= 0) {
-    wakeSource_.reset(source);
-  }
+  requireForLoop(sd_event_add_io(event, &source, wake_.number(), EPOLLIN, wasWoken, &scheduler_));
+  wakeSource_.reset(source);
 }
 
 EventScheduler::~EventScheduler() = default;

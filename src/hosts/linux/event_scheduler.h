@@ -17,7 +17,8 @@ namespace embrix {
 
 class EventScheduler {
  public:
-  // Callbacks come out of `event`, which outlives this.
+  // Callbacks come out of `event`, which outlives this. Throws std::system_error without
+  // descriptors or memory for it.
   explicit EventScheduler(sd_event* event);
   ~EventScheduler();
   EventScheduler(const EventScheduler&) = delete;

@@ -12,10 +12,12 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
 #include <functional>
 #include <limits>
 #include <memory>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -193,6 +195,36 @@ TEST_F(LinuxEventLoopTest, MoreWorkThanThreadsAllGetsDone) {
 }
 
 // What was asked for and never came is let go on the thread that asked.
+TEST_F(LinuxEventLoopTest, WithoutAThreadToBeHadTheWorkIsDoneAllTheSame) {
+  pthread_attr_t usual;
+  ASSERT_EQ(::pthread_getattr_default_np(&usual), 0);
+  pthread_attr_t tooLarge;
+  ::pthread_attr_init(&tooLarge);
+  constexpr std::size_t kNoRoomForIt = std::size_t{1} << 47;  // bytes of stack
+  ::pthread_attr_setstacksize(&tooLarge, kNoRoomForIt);
+  ASSERT_EQ(::pthread_setattr_default_np(&tooLarge), 0);
+  const auto onWhich = [] { return std::this_thread::get_id(); };
+  const Scheduled done =
+      scheduler.background(WorkPriority::utility, onWhich, [&](std::thread::id where) {
+        log.push_back(where == std::this_thread::get_id() ? "here" : "elsewhere");
+        loop.quit();
+      });
+  ::pthread_setattr_default_np(&usual);
+  ::pthread_attr_destroy(&usual);
+  ::pthread_attr_destroy(&tooLarge);
+  EXPECT_THAT(log, IsEmpty());
+  loop.run();
+  EXPECT_THAT(log, ElementsAre("here"));
+
+  const Scheduled next =
+      scheduler.background(WorkPriority::utility, onWhich, [&](std::thread::id where) {
+        log.push_back(where == std::this_thread::get_id() ? "here" : "elsewhere");
+      });
+  const Scheduled end = scheduler.after(60, quit());
+  while (log.size() < 2) loop.turn();
+  EXPECT_THAT(log, ElementsAre("here", "elsewhere"));
+}
+
 TEST(LinuxEventLoopEndTest, RunningWorkIsWaitedForAndTheRestIsDropped) {
   const auto here = std::this_thread::get_id();
   std::atomic<int> ran = 0;
@@ -273,6 +305,33 @@ TEST(LinuxEventLoopEndTest, SignalsAreAsBeforeAfterTheLoopAndThoseThatCameLateDo
     ::kill(::getpid(), SIGTERM);
   }
   EXPECT_FALSE(isBlockedHere(SIGTERM));
+}
+
+TEST(LinuxEventLoopEndTest, WithoutDescriptorsThereIsNoLoopAndSignalsAreAsBefore) {
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  int refused = 0;
+  bool isMade = false;
+  for (rlim_t most = 3; !isMade; ++most) {
+    ASSERT_LT(most, before.rlim_cur);
+    const rlimit few{.rlim_cur = most, .rlim_max = before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    try {
+      LinuxEventLoop loop;
+      isMade = true;
+      // One that was made hears that it is to end, and has its clock.
+      const Scheduled end = loop.scheduler().after(0, [] { ::raise(SIGTERM); });
+      loop.run();
+    } catch (const std::system_error& failure) {
+      refused += 1;
+      EXPECT_EQ(failure.code().value(), EMFILE);
+    }
+    ::setrlimit(RLIMIT_NOFILE, &before);
+    sigset_t blocked;
+    ::pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+    EXPECT_EQ(::sigismember(&blocked, SIGTERM), 0) << most;
+  }
+  EXPECT_GE(refused, 4);  // for its events, its signals, its timers and its threads
 }
 
 TEST(LinuxEventLoopEndTest, ASignalThatWasIgnoredStaysIgnored) {
