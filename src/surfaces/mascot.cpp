@@ -41,6 +41,12 @@ bool isWithin(double elapsed, double end) {
   return elapsed >= 0 && elapsed <= end;
 }
 
+// The part of `span` that has passed, 0 to 1. A beginning that lies ahead, because somebody has put
+// the clock back, is taken for long ago: nothing is to last until that time comes again.
+double passed(double elapsed, double span) {
+  return elapsed < 0 ? 1 : std::min(elapsed / span, 1.0);
+}
+
 double sleepiness(MascotMood mood, const Mascot::Surroundings& surroundings) {
   if (mood == MascotMood::stressed || surroundings.steaming || !surroundings.idle) return 0;
   return std::clamp((*surroundings.idle - kIdleBeforeSleep) / kFallingAsleep, 0.0, 1.0);
@@ -68,7 +74,7 @@ void Mascot::setHovering(bool hovering, double now) {
 }
 
 void Mascot::tap(double now) {
-  std::erase_if(taps_, [now](double tap) { return now - tap >= kTapsTogether; });
+  std::erase_if(taps_, [now](double tap) { return passed(now - tap, kTapsTogether) >= 1; });
   taps_.push_back(now);
   Reaction reaction = Reaction::giggle;
   if (taps_.size() == 2) reaction = Reaction::wink;
@@ -87,10 +93,8 @@ std::optional<Mascot::Reaction> Mascot::reaction() const {
 Mascot::Pose Mascot::pose(double now, const Surroundings& surroundings) const {
   using std::numbers::pi;
   Pose pose = Pose::of(mood_, now + seed_);
-  if (isHovering_) pose.eyeScale += 0.18 * std::min((now - hoverStart_) / kHover, 1.0);
-  if (blendFrom_ && now - blendStart_ < kMoodHop) {
-    pose.dy += 6 * std::sin(-pi * (now - blendStart_) / kMoodHop);
-  }
+  if (isHovering_) pose.eyeScale += 0.18 * passed(now - hoverStart_, kHover);
+  if (blendFrom_) pose.dy -= 6 * std::sin(pi * passed(now - blendStart_, kMoodHop));
   if (surroundings.relief && isWithin(now - *surroundings.relief, kReliefHop)) {
     pose.dy += 7 * std::sin(-2 * pi * (now - *surroundings.relief));
   }
@@ -106,7 +110,7 @@ Mascot::Pose Mascot::pose(double now, const Surroundings& surroundings) const {
 Mascot::Features Mascot::features(double now, const Surroundings& surroundings) const {
   Features face = Features::of(mood_);
   if (blendFrom_) {
-    const double u = std::clamp((now - blendStart_) / kBlend, 0.0, 1.0);
+    const double u = passed(now - blendStart_, kBlend);
     face = Features::mix(Features::of(*blendFrom_), face, smoothstep(u));
   }
   if (surroundings.relief) {
@@ -136,8 +140,8 @@ Mascot::Features Mascot::features(double now, const Surroundings& surroundings) 
 
 bool Mascot::isQuick(double now, const Surroundings& surroundings) const {
   const double asleep = sleepiness(mood_, surroundings);
-  return (isHovering_ && now - hoverStart_ < kHover) ||
-         (blendFrom_ && now - blendStart_ < kBlend) ||
+  return (isHovering_ && passed(now - hoverStart_, kHover) < 1) ||
+         (blendFrom_ && passed(now - blendStart_, kBlend) < 1) ||
          (surroundings.relief && isWithin(now - *surroundings.relief, kRelief)) ||
          (reacting_ && isWithin(now - reacting_->start, kReaction)) || (asleep > 0 && asleep < 1) ||
          Pose::of(mood_, now + seed_).shake != 0 || Pose::nextBlink(now + seed_) <= now + seed_;

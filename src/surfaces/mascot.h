@@ -2,7 +2,8 @@
 // how it looks at any moment after. It keeps no timer; whoever shows it asks for moments, and asks
 // how long to wait until the next one is worth drawing.
 //
-// Times are seconds on one clock of the caller's that never goes back. Main thread only.
+// Times are seconds on one clock of the caller's; when it is put back, nothing lasts longer for it.
+// Main thread only.
 #pragma once
 
 #include <optional>

@@ -1,6 +1,5 @@
 #include "surfaces/menu_bar_label.h"
 
-#include <algorithm>
 #include <utility>
 
 #include <fmt/format.h>
@@ -12,7 +11,6 @@ namespace embrix {
 
 namespace {
 
-constexpr std::string_view kDashboard = "--dashboard";
 constexpr double kHotPause = 0.11;  // seconds
 constexpr double kWarmPause = 0.2;
 
@@ -68,14 +66,6 @@ void MenuBarLabel::waitForNextFrame() {
     flameFrame_ = (flameFrame_ + 1) % MenuBarIcon::kFrames;
     refresh();
   });
-}
-
-std::optional<DashboardSection> FirstAppearance::requestedSection(
-    const std::vector<std::string>& arguments) {
-  const auto option = std::find(arguments.begin(), arguments.end(), kDashboard);
-  if (option == arguments.end()) return std::nullopt;
-  if (option + 1 == arguments.end()) return DashboardSection::overview;
-  return dashboardSectionOf(*(option + 1)).value_or(DashboardSection::overview);
 }
 
 }  // namespace embrix

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "base/scheduler.h"
-#include "model/dashboard_section.h"
 #include "model/power_model.h"
 #include "surfaces/menu_bar_icon.h"
 
@@ -56,21 +55,6 @@ class MenuBarLabel {
   int flameFrame_ = 0;
   Scheduled nextFrame_;
   std::vector<Subscription> subscriptions_;
-};
-
-// What the program does once as soon as its label stands in the menu bar.
-struct FirstAppearance {
-  static constexpr double kWelcomeDelay = 3;  // seconds
-
-  // The page that --dashboard asks for: absent without the option, the overview for a word that is
-  // missing or names no page.
-  static std::optional<DashboardSection> requestedSection(
-      const std::vector<std::string>& arguments);
-
-  // Whether a first run shows its dashboard by itself.
-  static bool welcomes(bool hasSeenWelcome, bool isSnapshotRun) {
-    return !hasSeenWelcome && !isSnapshotRun;
-  }
 };
 
 }  // namespace embrix

@@ -97,7 +97,8 @@ TEST(MascotTest, AMoodBlendsInWithAHop) {
 
   const double still = Mascot::Pose::of(Mood::stressed, kNow + 0.225).dy;
   EXPECT_NEAR(mascot.pose(kNow + 0.225, {}).dy, still - 6, kClose);
-  EXPECT_EQ(mascot.pose(kNow + 0.46, {}).dy, Mascot::Pose::of(Mood::stressed, kNow + 0.46).dy);
+  EXPECT_NEAR(mascot.pose(kNow + 0.46, {}).dy, Mascot::Pose::of(Mood::stressed, kNow + 0.46).dy,
+              kClose);
 }
 
 TEST(MascotTest, TheSameMoodAgainIsNoChange) {
@@ -140,6 +141,21 @@ TEST(MascotTest, ASeedSetsItsClockApart) {
   EXPECT_EQ(Mascot(Mood::happy, 1.5).pose(kNow, {}).eyes,
             Mascot(Mood::happy).pose(kNow + 1.5, {}).eyes);
   EXPECT_EQ(Mascot(Mood::happy, 1.5).pose(kNow, {}).time, kNow + 1.5);
+}
+
+TEST(MascotTest, AClockThatIsPutBackLeavesNothingHanging) {
+  Mascot mascot(Mood::happy);
+  mascot.setMood(Mood::sweaty, kNow);
+  mascot.setHovering(true, kNow);
+  mascot.tap(kNow);
+  const double hourBefore = kNow - 3600;
+  EXPECT_EQ(mascot.features(hourBefore, {}), Mascot::Features::of(Mood::sweaty));
+  const auto pose = mascot.pose(hourBefore, {});
+  EXPECT_NEAR(pose.eyeScale, 1.18, kClose);
+  EXPECT_NEAR(pose.dy, Mascot::Pose::of(Mood::sweaty, hourBefore).dy, kClose);
+  EXPECT_GT(mascot.untilNextFrame(hourBefore, {}), 0.04) << "nothing quick is on";
+  mascot.tap(hourBefore);
+  EXPECT_EQ(mascot.reaction(), Reaction::giggle) << "the click before is long gone";
 }
 
 TEST(MascotTest, SteamIsInThePose) {

@@ -149,32 +149,5 @@ TEST_F(MenuBarLabelTest, DoesNotCountAsASurface) {
   EXPECT_EQ(*world.model().visibleSurfaces(), 0);
 }
 
-TEST(FirstAppearanceTest, TheDashboardOptionNamesAPageByItsWord) {
-  using Section = DashboardSection;
-  struct Case {
-    std::vector<std::string> arguments;
-    std::optional<Section> expected;
-  };
-  const Case cases[] = {
-      {{"embrix"}, {}},
-      {{"embrix", "--dashboard", "battery"}, Section::battery},
-      {{"embrix", "--dashboard", "settings", "--live"}, Section::settings},
-      {{"embrix", "--dashboard"}, Section::overview},
-      {{"embrix", "--dashboard", "Battery"}, Section::overview},
-      {{"embrix", "--dashboard", "no such page"}, Section::overview},
-      {{"embrix", "--dashboards", "battery"}, {}},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(FirstAppearance::requestedSection(c.arguments), c.expected) << c.arguments.size();
-  }
-}
-
-TEST(FirstAppearanceTest, AFirstRunWelcomesUnlessPicturesAreTaken) {
-  EXPECT_TRUE(FirstAppearance::welcomes(false, false));
-  EXPECT_FALSE(FirstAppearance::welcomes(false, true))
-      << "a snapshot run never opens the dashboard";
-  EXPECT_FALSE(FirstAppearance::welcomes(true, false));
-}
-
 }  // namespace
 }  // namespace embrix

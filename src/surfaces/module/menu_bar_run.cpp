@@ -7,7 +7,6 @@
 
 #include "surfaces/appearance_mode.h"
 #include "surfaces/qt/content_values.h"
-#include "surfaces/surface_settings.h"
 
 namespace embrix {
 
@@ -67,17 +66,6 @@ void MenuBarRun::togglePopover(std::optional<QPoint> anchor) {
   }
 }
 
-void MenuBarRun::appearFirst() {
-  if (FirstAppearance::welcomes(run_.model.defaults().boolFor(SurfaceSettings::kHasSeenWelcome),
-                                false)) {
-    welcome_ = scheduler_.after(FirstAppearance::kWelcomeDelay,
-                                [this] { run_.model.showSection(DashboardSection::overview); });
-  }
-  if (const auto section = FirstAppearance::requestedSection(run_.arguments)) {
-    run_.model.showSection(*section);
-  }
-}
-
 void MenuBarRun::run() {
   if (MenuBarItem::hasPlace()) {
     item_ = std::make_unique<MenuBarItem>(
@@ -89,7 +77,7 @@ void MenuBarRun::run() {
                      [] { QCoreApplication::quit(); });
     popover_.open(std::nullopt);
   }
-  appearFirst();
+  firstAppearance_.emplace(run_.model, scheduler_, run_.arguments, false, [](bool) {});
   loop_.run();
 }
 

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "hosts/qt/toolkit_loop.h"
+#include "surfaces/first_appearance.h"
 #include "surfaces/qt/menu_bar_item.h"
 #include "surfaces/qt/popover_window.h"
 #include "surfaces/window_module.h"
@@ -25,7 +27,6 @@ class MenuBarRun {
   DesktopActions actions();
   void desktopChanged();
   void togglePopover(std::optional<QPoint> anchor);
-  void appearFirst();
 
   const WindowRun& run_;
   Scheduler& scheduler_;
@@ -33,7 +34,7 @@ class MenuBarRun {
   ToolkitLoop loop_;
   PopoverWindow popover_;
   std::unique_ptr<MenuBarItem> item_;  // null on a desktop without a place for it
-  Scheduled welcome_;
+  std::optional<FirstAppearance> firstAppearance_;
 };
 
 }  // namespace embrix

@@ -17,7 +17,7 @@ T.Button {
     implicitHeight: 32
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
-    opacity: enabled ? 1 : 0.45
+    opacity: enabled || !parent?.enabled ? 1 : 0.45
     scale: down ? 0.94 : 1
     Behavior on scale { EaseOut { milliseconds: 60 } }
     Accessible.name: help

@@ -11,8 +11,25 @@ FocusScope {
     property real presence: isPending ? 1 : 0
     Behavior on presence { EaseOut { milliseconds: 180 } }
 
+    // Whoever is behind lets nothing through meanwhile.
+    property bool blocks: false
+    // Where the keyboard was before.
+    property Item asker: null
+
     visible: presence > 0
-    onIsPendingChanged: if (isPending) forceActiveFocus()
+    onIsPendingChanged: {
+        if (isPending) {
+            asker = Window.activeFocusItem;
+            blocks = true;
+            forceActiveFocus();
+            return;
+        }
+        blocks = false;
+        const goesBack = asker !== null && asker.visible && asker.enabled;
+        focus = false;
+        (goesBack ? asker : parent).forceActiveFocus(Qt.OtherFocusReason);
+        asker = null;
+    }
     Keys.onEscapePressed: confirmation.answer(false)
     Keys.onReturnPressed: confirmation.answer(true)
     Keys.onEnterPressed: confirmation.answer(true)

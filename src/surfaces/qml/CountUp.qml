@@ -12,10 +12,15 @@ EXText {
 
     text: format(shown)
     elide: Text.ElideNone
-    onValueChanged: if (roll.ready) roll.restart()
+    function rollOn() {
+        roll.stop();
+        roll.to = value;
+        roll.start();
+    }
+    onValueChanged: if (roll.ready) rollOn()
     Component.onCompleted: {
         roll.ready = true;
-        roll.restart();
+        rollOn();
     }
 
     NumberAnimation {
@@ -23,7 +28,6 @@ EXText {
         property bool ready: false
         target: figure
         property: "shown"
-        to: figure.value
         duration: Motion.time(figure.duration)
         easing: Motion.easeOut
     }

@@ -21,24 +21,42 @@ T.Button {
             clicked();
     }
 
+    // As wide as what it stands in.
+    property bool expands: false
+
     // How far the face is lifted, and how far pressed in.
-    readonly property real lift: hovered && enabled && kind === "push" ? 1 : 0
-    property real press: down ? 1 : 0
-    Behavior on press {
-        enabled: !Motion.still
-        NumberAnimation {
-            duration: button.down ? 60 : Motion.springTime(0.3, 0.42)
-            easing: button.down ? Motion.easeOut : Motion.spring(0.3, 0.42)
-        }
+    property real lift: hovered && enabled && kind === "push" ? 1 : 0
+    Behavior on lift { EaseOut { milliseconds: 120 } }
+    property real press: 0
+    onDownChanged: {
+        (down ? releasing : pressing).stop();
+        (down ? pressing : releasing).start();
+    }
+    EaseOut {
+        id: pressing
+        target: button
+        property: "press"
+        to: 1
+        milliseconds: 60
+    }
+    NumberAnimation {
+        id: releasing
+        target: button
+        property: "press"
+        to: 0
+        duration: Motion.springTime(0.3, 0.42)
+        easing: Motion.spring(0.3, 0.42)
     }
 
     implicitWidth: Math.ceil(label.implicitWidth) + 2 * horizontalPadding
     implicitHeight: 40
+    width: expands && parent !== null ? parent.width : implicitWidth
     horizontalPadding: 18
     verticalPadding: 0
     focusPolicy: Qt.StrongFocus
     hoverEnabled: true
-    opacity: enabled ? 1 : 0.45
+    // Faint when it is off by itself, not while all around it waits for an answer.
+    opacity: enabled || !parent?.enabled ? 1 : 0.45
     scale: 1 - 0.06 * press
     transformOrigin: Item.Bottom
     Accessible.name: text
@@ -53,7 +71,7 @@ T.Button {
             y: button.kind === "push" ? 2 * button.press - button.lift : 0
             radius: height / 2
             outlined: button.kind === "push"
-            shadow: button.kind !== "push" ? 0 : (button.lift > 0 ? 5 : 3) - 2 * button.press
+            shadow: button.kind !== "push" ? 0 : 3 + 2 * button.lift - 2 * button.press
             color: {
                 switch (button.kind) {
                 case "push": return button.fill;
@@ -63,8 +81,6 @@ T.Button {
                 }
             }
             opacity: button.kind === "primary" && button.down ? 0.85 : 1
-            Behavior on y { EaseOut { milliseconds: 120 } }
-            Behavior on shadow { EaseOut { milliseconds: 120 } }
         }
         FocusRing { control: button }
     }

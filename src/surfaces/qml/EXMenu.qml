@@ -9,12 +9,30 @@ T.Menu {
     property var items: []
     signal chosen(string action)
 
+    // At that place of the item. Its lines are made now, and stay as they are while it is open,
+    // however often the machine behind them changes.
+    function present(item, x, y) {
+        rebuild();
+        popup(item, x, y);
+    }
+    // Above the item, to its right edge.
+    function presentAbove(item) {
+        rebuild();
+        popup(item, item.width - implicitWidth, -implicitHeight - 6);
+    }
+
     function rebuild() {
-        while (count > 0)
-            removeItem(itemAt(0));
+        while (count > 0) {
+            const nested = menuAt(0);
+            if (nested !== null)
+                removeMenu(nested);
+            else
+                removeItem(itemAt(0));
+        }
         for (const item of items) {
             if (item.items.length > 0) {
                 const nested = Qt.createComponent("EXMenu.qml").createObject(menu, { title: item.label, items: item.items });
+                nested.rebuild();
                 nested.chosen.connect(menu.chosen);
                 addMenu(nested);
             } else if (item.action === "") {
@@ -23,10 +41,10 @@ T.Menu {
                 addItem(line.createObject(contentItem, { item: item }));
             }
         }
+        contentItem.forceLayout();
     }
-    onItemsChanged: rebuild()
 
-    implicitWidth: Math.max(180, contentItem.implicitWidth) + leftPadding + rightPadding
+    implicitWidth: Math.min(Math.max(180, contentItem.implicitWidth), 320) + leftPadding + rightPadding
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     margins: 4
     padding: 6
@@ -41,7 +59,13 @@ T.Menu {
         border.color: EX.inkFixed
     }
     contentItem: ListView {
-        implicitHeight: contentHeight
+        // Known before anything is laid out, as it says where the menu goes.
+        implicitHeight: {
+            let sum = 0;
+            for (let i = 0; i < menu.count; ++i)
+                sum += menu.itemAt(i).implicitHeight;
+            return sum;
+        }
         // The widest line counts.
         implicitWidth: {
             let widest = 0;

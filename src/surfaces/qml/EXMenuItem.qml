@@ -12,6 +12,12 @@ T.MenuItem {
     implicitHeight: 30
     Accessible.name: text
 
+    // Written as the platform writes it; whoever owns the menu listens for the keys.
+    Shortcut {
+        id: written
+        enabled: false
+        sequence: item.shortcutText
+    }
     background: Rectangle {
         radius: 8
         color: item.highlighted ? EX.rowHover : "transparent"
@@ -33,6 +39,7 @@ T.MenuItem {
         EXText {
             id: label
             x: mark.x + mark.width
+            width: keys.x - x - (item.subMenu !== null ? 16 : 8)
             height: parent.height
             verticalAlignment: Text.AlignVCenter
             text: item.text
@@ -45,7 +52,7 @@ T.MenuItem {
             anchors.rightMargin: 10
             height: parent.height
             verticalAlignment: Text.AlignVCenter
-            text: item.shortcutText
+            text: item.shortcutText !== "" ? written.nativeText : ""
             font: EXFont.text(12.5, 400)
             color: EX.muted
         }

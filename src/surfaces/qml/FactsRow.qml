@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 import Embrix
 
 // Battery, temperature and fans; a second line where they do not fit into one.
-Flow {
+FlowLayout {
     id: row
 
     required property var viewModel

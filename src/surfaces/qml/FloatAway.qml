@@ -1,12 +1,13 @@
 import QtQuick
 import Embrix
 
-// A text that rises from where it is put, and is gone.
+// A text that rises from where it is put, stands there to be read, and is gone.
 Rectangle {
     id: pill
 
     property alias text: label.text
-    property real phase: 0
+    property real rise: 0
+    property real fade: 0
 
     width: label.implicitWidth + 16
     height: label.implicitHeight + 8
@@ -14,9 +15,9 @@ Rectangle {
     color: EX.mint
     border.width: 2
     border.color: EX.inkFixed
-    opacity: 1 - phase
-    scale: 0.8 + 0.25 * phase
-    transform: Translate { y: -46 * pill.phase }
+    opacity: 1 - fade
+    scale: 0.8 + 0.25 * rise
+    transform: Translate { y: -46 * pill.rise }
 
     EXText {
         id: label
@@ -24,10 +25,21 @@ Rectangle {
         font: EXFont.text(13, 700)
         color: EX.inkFixed
     }
-    NumberAnimation on phase {
-        to: 1
-        duration: Motion.time(1100)
-        easing: Motion.easeOut
+    SequentialAnimation {
+        running: true
         onFinished: pill.destroy()
+        EaseOut {
+            target: pill
+            property: "rise"
+            to: 1
+            milliseconds: 200
+        }
+        NumberAnimation {
+            target: pill
+            property: "fade"
+            to: 1
+            duration: Motion.time(900)
+            easing.type: Easing.InCubic
+        }
     }
 }

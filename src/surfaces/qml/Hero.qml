@@ -99,18 +99,18 @@ Pop {
             id: culprit
             objectName: "culprit"
             visible: hero.content.culprit !== null
-            width: column.width
+            expands: true
             height: 42
             fill: "white"
             fontSize: 14
             text: hero.content.culprit ? hero.content.culprit.label : ""
             help: hero.content.culprit ? hero.content.culprit.help : ""
             onClicked: hero.viewModel.calmOrRestoreCulprit()
-            Keys.onMenuPressed: menu.popup(culprit, 0, height)
+            Keys.onMenuPressed: menu.present(culprit, 0, height)
 
             TapHandler {
                 acceptedButtons: Qt.RightButton
-                onTapped: eventPoint => menu.popup(culprit, eventPoint.position.x, eventPoint.position.y)
+                onTapped: eventPoint => menu.present(culprit, eventPoint.position.x, eventPoint.position.y)
             }
             EXMenu {
                 id: menu

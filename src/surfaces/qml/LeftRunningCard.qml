@@ -94,7 +94,7 @@ Card {
     EXButton {
         objectName: "free-up"
         visible: !card.isEmpty
-        width: parent.width
+        expands: true
         height: 50
         fill: EX.coral
         fontSize: 15.5

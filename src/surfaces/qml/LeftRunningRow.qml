@@ -19,7 +19,7 @@ StaggeredAppear {
         Accessible.name: stage.content.title
         Accessible.description: stage.content.detail + ", " + stage.content.memory
         onClicked: stage.viewModel.open("running")
-        onMenuAsked: position => menu.popup(row, position.x, position.y)
+        onMenuAsked: position => menu.present(row, position.x, position.y)
         Behavior on opacity { EaseOut { milliseconds: 200 } }
 
         contentItem: Item {

@@ -30,9 +30,9 @@ Item {
         fill: EX.surface
         symbol: "slider.horizontal.3"
         symbolSize: 16
-        symbolWeight: 1.1
+        symbolWeight: 1.35
         help: "Settings and Quit"
-        onClicked: menu.popup(settings, settings.width - menu.implicitWidth, -menu.implicitHeight - 6)
+        onClicked: menu.presentAbove(settings)
 
         EXMenu {
             id: menu

@@ -17,6 +17,21 @@ FocusScope {
     Accessible.role: Accessible.Pane
     Accessible.name: "Embrix"
 
+    // What the keyboard reaches is seen, also where the panel scrolls.
+    readonly property Item reached: Window.activeFocusItem
+    onReachedChanged: {
+        let within = reached;
+        while (within !== null && within !== column)
+            within = within.parent;
+        if (within === null)
+            return;
+        const gap = 10;
+        const top = reached.mapToItem(scroll.contentItem, 0, 0).y - gap;
+        const lowest = Math.max(0, scroll.contentHeight - scroll.height);
+        const below = top + reached.height + 2 * gap - scroll.height;
+        scroll.contentY = Math.min(lowest, Math.max(0, Math.min(top, Math.max(below, scroll.contentY))));
+    }
+
     Rectangle {
         anchors.fill: parent
         color: EX.ground
@@ -29,7 +44,7 @@ FocusScope {
         boundsBehavior: Flickable.StopAtBounds
         clip: interactive
         // Nothing behind a question can be clicked or reached by the keyboard.
-        enabled: !panel.viewModel.confirmation.isPending
+        enabled: !question.blocks
 
         Column {
             id: column
@@ -72,6 +87,7 @@ FocusScope {
         anchors.fill: parent
     }
     ConfirmationOverlay {
+        id: question
         anchors.fill: parent
         confirmation: panel.viewModel.confirmation
     }

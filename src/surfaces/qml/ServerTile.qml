@@ -11,11 +11,13 @@ StaggeredAppear {
     property var viewModel
 
     implicitHeight: tile.implicitHeight + 3
+    smallest: 0.8
 
     T.AbstractButton {
         id: tile
 
-        readonly property real lift: hovered ? 1 : 0
+        property real lift: hovered ? 1 : 0
+        Behavior on lift { EaseOut { milliseconds: 120 } }
 
         objectName: "server-" + stage.content.id
         width: stage.width
@@ -26,7 +28,7 @@ StaggeredAppear {
         Accessible.description: stage.content.help
         Keys.onReturnPressed: clicked()
         Keys.onEnterPressed: clicked()
-        Keys.onMenuPressed: menu.popup(tile, 20, 20)
+        Keys.onMenuPressed: menu.present(tile, 20, 20)
         onClicked: stage.viewModel.openServer(stage.content.id)
 
         background: Item {
@@ -35,10 +37,8 @@ StaggeredAppear {
                 height: parent.height
                 y: -tile.lift
                 radius: 18
-                shadow: tile.hovered ? 5 : 3
+                shadow: 3 + 2 * tile.lift
                 color: EX[stage.content.fill]
-                Behavior on y { EaseOut { milliseconds: 120 } }
-                Behavior on shadow { EaseOut { milliseconds: 120 } }
             }
             FocusRing { control: tile; radius: 20 }
         }
@@ -60,7 +60,7 @@ StaggeredAppear {
                 PulseRing {
                     anchors.fill: parent
                     growth: 2.2
-                    border.color: EX.inkFixed
+                    color: EX.inkFixed
                 }
             }
             EXText {
@@ -111,7 +111,7 @@ StaggeredAppear {
         }
         TapHandler {
             acceptedButtons: Qt.RightButton
-            onTapped: eventPoint => menu.popup(tile, eventPoint.position.x, eventPoint.position.y)
+            onTapped: eventPoint => menu.present(tile, eventPoint.position.x, eventPoint.position.y)
         }
         HelpTip { text: stage.content.help; shown: tile.hovered || tile.visualFocus }
         EXMenu {

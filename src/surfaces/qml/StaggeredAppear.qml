@@ -6,6 +6,8 @@ Item {
     id: stage
 
     property int index: 0
+    // Its size as it begins to come up, against its own.
+    property real smallest: 1
     default property alias held: holder.data
 
     implicitHeight: holder.childrenRect.height
@@ -23,6 +25,7 @@ Item {
         width: parent.width
         height: parent.height
         y: 12 * (1 - appear.value)
+        scale: stage.smallest + (1 - stage.smallest) * appear.value
         opacity: Math.min(Math.max(appear.value, 0), 1)
     }
 }

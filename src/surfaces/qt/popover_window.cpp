@@ -34,7 +34,8 @@ PopoverWindow::PopoverWindow(SurfaceEngine& engine, PowerModel& model, Scheduler
   window_.setTitle(QStringLiteral("Embrix"));
   window_.setFlags(flagsOf(form_));
   window_.installEventFilter(this);
-  desktop_.dismiss = [this] { close(); };
+  // A window of its own is closed by its user alone: nothing else would bring it back.
+  if (form_ != Form::window) desktop_.dismiss = [this] { close(); };
 }
 
 PopoverWindow::~PopoverWindow() {

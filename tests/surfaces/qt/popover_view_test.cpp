@@ -21,7 +21,7 @@ class PopoverViewTest : public testing::Test {
     world.start();
   }
 
-  void open() {
+  void open(PopoverWindow::Form form = PopoverWindow::Form::panel) {
     DesktopActions actions;
     actions.openDashboard = [this](DashboardSection section) {
       log.push_back("open " + std::string(dashboardSectionWord(section)));
@@ -29,7 +29,7 @@ class PopoverViewTest : public testing::Test {
     actions.openURL = [this](const std::string& url) { log.push_back("url " + url); };
     actions.copy = [this](const std::string& text) { log.push_back("copy " + text); };
     actions.terminate = [this] { log.push_back("terminate"); };
-    popover.emplace(engine, world.model(), world.scheduler, actions, PopoverWindow::Form::window);
+    popover.emplace(engine, world.model(), world.scheduler, actions, form);
     popover->open(std::nullopt);
     settle();
   }
@@ -234,6 +234,14 @@ TEST_F(PopoverViewTest, NothingBehindAQuestionIsReachedByTheKeyboard) {
   EXPECT_TRUE(log.empty());
 }
 
+TEST_F(PopoverViewTest, WhatLiesBehindAQuestionIsDimmedByItsLayerAlone) {
+  take(frameWithForgotten(world.scheduler.wall, 3));
+  open();
+  click("free-up");
+  EXPECT_FALSE(find("free-up")->isEnabled());
+  EXPECT_EQ(find("free-up")->opacity(), 1);
+}
+
 TEST_F(PopoverViewTest, EveryControlIsReachedByTheKeyboard) {
   Frame frame = frameWithForgotten(world.scheduler.wall, 4);
   frame.battery = onBattery(72);
@@ -350,6 +358,121 @@ TEST_F(PopoverViewTest, EscapeClosesIt) {
   press(Qt::Key_Escape);
   EXPECT_FALSE(popover->isOpen());
   EXPECT_EQ(*world.model().visibleSurfaces(), 0);
+}
+
+TEST_F(PopoverViewTest, AWindowOfItsOwnStaysWhateverItOpens) {
+  open(PopoverWindow::Form::window);
+  click("open-embrix");
+  EXPECT_EQ(log, (std::vector<std::string>{"open overview"}));
+  press(Qt::Key_Escape);
+  EXPECT_TRUE(popover->isOpen()) << "nothing would bring it back";
+  popover->window().close();
+  EXPECT_FALSE(popover->isOpen());
+}
+
+TEST_F(PopoverViewTest, AfterAnAnswerTheKeyboardIsWhereItWas) {
+  take(frameWithForgotten(world.scheduler.wall, 3));
+  open();
+  while (popover->window().activeFocusItem() != find("free-up")) press(Qt::Key_Tab);
+  press(Qt::Key_Return);
+  ASSERT_TRUE(sees("confirm-card"));
+  press(Qt::Key_Escape);
+  EXPECT_EQ(popover->window().activeFocusItem(), find("free-up"));
+  press(Qt::Key_Return);
+  ASSERT_TRUE(sees("confirm-card"));
+  click("confirm-cancel");
+  EXPECT_EQ(popover->window().activeFocusItem(), find("free-up"));
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(popover->isOpen()) << "the second Escape is for the panel";
+}
+
+TEST_F(PopoverViewTest, AfterAStopEscapeStillClosesIt) {
+  take(frameWithForgotten(world.scheduler.wall, 1));
+  open();
+  click(stopButton());
+  press(Qt::Key_Return);
+  EXPECT_EQ(ended(), 1);
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(popover->isOpen());
+}
+
+TEST_F(PopoverViewTest, WhatTheKeyboardReachesIsSeen) {
+  Frame frame = frameWithForgotten(world.scheduler.wall, 4);
+  frame.battery = onBattery(72);
+  frame.groups.insert(frame.groups.begin(), app("Xcode", 12, 900));
+  for (int i = 0; i < 5; ++i) {
+    frame.servers.push_back(devServer(std::string("shop ") + std::to_string(i), 5 + i, 3000 + i));
+    frame.sleepBlockers.push_back({.pid = 70 + i,
+                                   .processName = "tail",
+                                   .preventsSystemSleep = true,
+                                   .preventsDisplaySleep = false,
+                                   .reasons = {},
+                                   .since = world.scheduler.wall - 7200});
+  }
+  take(std::move(frame));
+  open();
+  const int height = popover->window().height();
+  bool hasScrolled = false;
+  for (int i = 0; i < 40; ++i) {
+    press(Qt::Key_Tab);
+    const QQuickItem* focused = popover->window().activeFocusItem();
+    ASSERT_NE(focused, nullptr);
+    const QRectF box = focused->mapRectToScene({0, 0, focused->width(), focused->height()});
+    EXPECT_GE(box.top(), 0) << focused->objectName().toStdString();
+    EXPECT_LE(box.bottom(), height) << focused->objectName().toStdString();
+    hasScrolled |= find("hero")->mapToScene({0, 0}).y() < 0;
+  }
+  EXPECT_TRUE(hasScrolled) << "all of it is higher than this screen";
+}
+
+TEST_F(PopoverViewTest, ALongNameInAMenuStaysInside) {
+  take(frameAt(world.scheduler.wall, {app(std::string(300, 'W'), 12)}));
+  open();
+  click("culprit", Qt::RightButton);
+  for (const char* name : {"menu-quit", "culprit-menu"}) {
+    const QObject* wide = object(name);
+    ASSERT_NE(wide, nullptr) << name;
+    EXPECT_LE(wide->property("width").toDouble(), 372) << name;
+  }
+  QStringList seen;
+  for (QQuickItem* text : find("menu-quit")->findChildren<QQuickItem*>()) {
+    if (!text->inherits("QQuickText")) continue;
+    seen.push_back(text->property("text").toString());
+    EXPECT_LE(text->property("contentWidth").toDouble(), 340);
+  }
+  EXPECT_FALSE(seen.isEmpty());
+}
+
+TEST_F(PopoverViewTest, AMenuThatIsOpenStaysAsItIsWhileTheMachineGoesOn) {
+  take(frameAt(world.scheduler.wall, {app("Xcode", 12)}));
+  open();
+  click("culprit", Qt::RightButton);
+  press(Qt::Key_Down);
+  const QObject* menu = object("culprit-menu");
+  EXPECT_EQ(menu->property("currentIndex").toInt(), 0);
+  for (const double watts : {13.0, 14.0, 15.0}) {
+    take(frameAt(world.scheduler.wall, {app("Xcode", watts)}));
+  }
+  EXPECT_TRUE(isMenuOpen("culprit-menu"));
+  EXPECT_EQ(menu->property("currentIndex").toInt(), 0);
+  EXPECT_EQ(menuLabels("culprit-menu"), (QStringList{"Quit Xcode", "Auto-Calm Xcode"}));
+}
+
+TEST_F(PopoverViewTest, ARuleIsChosenByTheKeyboardAndTickedTheNextTime) {
+  take(frameAt(world.scheduler.wall, {app("Xcode", 12)}));
+  open();
+  click("culprit", Qt::RightButton);
+  press(Qt::Key_Down);
+  press(Qt::Key_Down);
+  press(Qt::Key_Right);
+  press(Qt::Key_Return);
+  const auto rule = world.model().calmRuleForApp("Xcode");
+  ASSERT_TRUE(rule);
+  EXPECT_EQ(rule->condition, CalmRule::Condition::onBattery);
+  click("culprit", Qt::RightButton);
+  const QObject* item = object("menu-rule-onBattery");
+  ASSERT_NE(item, nullptr);
+  EXPECT_TRUE(item->property("checked").toBool());
 }
 
 TEST_F(PopoverViewTest, AClickOnATileOpensItsServer) {

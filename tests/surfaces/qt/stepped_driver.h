@@ -13,17 +13,24 @@ class SteppedDriver final : public QAnimationDriver {
   SteppedDriver() { install(); }
   ~SteppedDriver() override { uninstall(); }
 
+  void start() override {
+    elapsed_ = 0;  // the toolkit counts from its start
+    QAnimationDriver::start();
+  }
   void advance() override {}
   qint64 elapsed() const override { return elapsed_; }
 
   // In frames of a display.
   void step(double seconds) {
-    constexpr int kFrame = 16;
-    const qint64 end = elapsed_ + static_cast<qint64>(seconds * 1000);
-    while (elapsed_ < end) {
+    constexpr qint64 kFrame = 16;
+    auto left = static_cast<qint64>(seconds * 1000);
+    while (left > 0) {
       QCoreApplication::processEvents();  // what was started begins with a turn of the loop
-      elapsed_ = std::min(elapsed_ + kFrame, end);
-      if (isRunning()) advanceAnimation();
+      const qint64 frame = std::min(kFrame, left);
+      left -= frame;
+      if (!isRunning()) continue;
+      elapsed_ += frame;
+      advanceAnimation();
     }
   }
 
