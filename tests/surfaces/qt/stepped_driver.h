@@ -23,9 +23,11 @@ class SteppedDriver final : public QAnimationDriver {
   // In frames of a display.
   void step(double seconds) {
     constexpr qint64 kFrame = 16;
+    // What was started begins with a turn of the loop, and no time is lost by that.
+    for (int turn = 0; turn < 3 && !isRunning(); ++turn) QCoreApplication::processEvents();
     auto left = static_cast<qint64>(seconds * 1000);
     while (left > 0) {
-      QCoreApplication::processEvents();  // what was started begins with a turn of the loop
+      QCoreApplication::processEvents();
       const qint64 frame = std::min(kFrame, left);
       left -= frame;
       if (!isRunning()) continue;
