@@ -27,7 +27,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kRounds = 24;
+constexpr int kRounds = 16;
 constexpr int kFolders = 12;
 // More than one thread measures alone: several share each folder.
 constexpr int kFilesEach = 300;
