@@ -54,6 +54,13 @@ void makeFolderOf(const std::string& path) {
   }
 }
 
+// A file that could hold settings, whether or not it may be read at this moment.
+bool isFileOfSettings(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::is_regular_file(path, error) &&
+         std::filesystem::file_size(path, error) <= kMostBytes;
+}
+
 struct AsJson {
   Json operator()(SettingData& value) const { return {{kData, base64(value.bytes)}}; }
   Json operator()(auto& value) const { return Json(std::move(value)); }
@@ -94,12 +101,15 @@ void FileSettingsStore::load() {
   if (!std::filesystem::exists(path_, error)) return;
   if (auto values = readObject(path_)) {
     values_ = std::move(*values);
+  } else if (isFileOfSettings(path_) && !readWholeFile(path_, kMostBytes)) {
+    isUnread_ = true;
   } else {
     std::rename(path_.c_str(), (path_ + ".damaged").c_str());
   }
 }
 
 void FileSettingsStore::save() const {
+  if (isUnread_) return;
   makeFolderOf(path_);
   Json written = values_;
   for (auto entry = written.begin(); entry != written.end();) {

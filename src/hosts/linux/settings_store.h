@@ -16,7 +16,9 @@ namespace embrix {
 class FileSettingsStore final : public SettingsStore {
  public:
   // Reads the file once. A missing file holds no settings; one that cannot be read as settings is
-  // set aside under its name with ".damaged" behind it, where the next such file replaces it.
+  // set aside under its name with ".damaged" behind it, where the next such file replaces it. One
+  // that may not be read, or not now for want of descriptors, stays as it is: then nothing is
+  // written, and what is set stands for this run.
   explicit FileSettingsStore(std::string path);
 
   std::optional<SettingValue> stored(std::string_view key) const override;
@@ -32,6 +34,7 @@ class FileSettingsStore final : public SettingsStore {
 
   std::string path_;
   Json values_ = Json::object();
+  bool isUnread_ = false;
 };
 
 class FileSettingsStores final : public SettingsStores {

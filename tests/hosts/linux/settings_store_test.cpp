@@ -1,5 +1,6 @@
 #include "hosts/linux/settings_store.h"
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <cmath>
 #include <filesystem>
@@ -216,6 +217,22 @@ TEST_F(FileSettingsStoreTest, AFileInTheFoldersPlaceIsNoFailureAndStaysAsItIs) {
   store->set("watts", 8.0);
   EXPECT_EQ(store->stored("watts"), SettingValue(8.0));
   EXPECT_EQ(folder_.read("embrix"), "a file");
+}
+
+TEST_F(FileSettingsStoreTest, AFileThatCannotBeReadNowStaysAsItIs) {
+  writeFile("{\"number\":1}\n");
+  rlimit before{};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit none{.rlim_cur = 0, .rlim_max = before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  const auto store = open();
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+  EXPECT_EQ(store->stored("number"), std::nullopt);
+  store->set("number", 2.0);
+  EXPECT_EQ(store->stored("number"), SettingValue(2.0));
+  EXPECT_EQ(file(), "{\"number\":1}\n");
+  EXPECT_FALSE(folder_.has("embrix/settings.json.damaged"));
+  EXPECT_EQ(open()->stored("number"), SettingValue(1.0));
 }
 
 TEST_F(FileSettingsStoreTest, AFolderOrAPipeInTheFilesPlaceIsSetAside) {
