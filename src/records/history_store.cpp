@@ -38,13 +38,24 @@ bool write(const std::string& directory, std::string_view name, std::string_view
   return write(directory, name, std::span(&text, 1));
 }
 
-// The record that `decode` finds in the file.
+// So that the next save takes no place of something that another program, or a person, may read.
+void setAside(const std::string& path) {
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return;
+  std::filesystem::rename(path, path + std::string(HistoryStore::kDamagedEnding), error);
+}
+
+// The record that `decode` finds in the file. A file in which it finds none is set aside.
 template <typename Record>
 std::optional<Record> read(const std::string& directory, std::string_view name,
                            std::optional<Record> (*decode)(std::string_view)) {
   if (directory.empty()) return std::nullopt;
-  const auto text = readWholeFile(PathText::joined(directory, name), kMostBytes);
-  return text ? decode(*text) : std::nullopt;
+  const std::string path = PathText::joined(directory, name);
+  const auto text = readWholeFile(path, kMostBytes);
+  std::optional<Record> record;
+  if (text) record = decode(*text);
+  if (!record) setAside(path);
+  return record;
 }
 
 }  // namespace

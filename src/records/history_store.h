@@ -7,7 +7,9 @@
 // file could not be replaced; the old one then stands.
 //
 // Loading gives nothing at all for a file that is missing, cannot be read or is not what it should
-// be in every part; keys that nobody knows are passed over.
+// be in every part; keys that nobody knows are passed over. A file that is there and gives nothing is
+// set aside under an ending of its own, in place of what was set aside before, so that the next save
+// does not write over it.
 #pragma once
 
 #include <optional>
@@ -27,6 +29,7 @@ namespace embrix {
 
 struct HistoryStore {
   static constexpr std::string_view kFolder = "Embrix";
+  static constexpr std::string_view kDamagedEnding = ".damaged";
 
   std::string directory;  // absolute; empty where nothing is kept: all saves and loads then fail
 

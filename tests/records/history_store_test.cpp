@@ -139,6 +139,25 @@ TEST(HistoryStoreTest, ADamagedFileIsAbsentAndTheOthersAreNot) {
   }
 }
 
+TEST(HistoryStoreTest, WhatCannotBeReadIsSetAsideAndNotWrittenOver) {
+  const ScratchFolder folder;
+  ASSERT_TRUE(saveAll(below(folder)));
+  const std::string path = folder / "support/Embrix/archive.json";
+  fs::resize_file(path, 20);
+  const std::string damaged = folder.read("support/Embrix/archive.json");
+  EXPECT_EQ(below(folder).loadArchive(), std::nullopt);
+  EXPECT_FALSE(fs::exists(path));
+  ASSERT_TRUE(saveAll(below(folder)));
+  expectAll(below(folder));
+  EXPECT_EQ(folder.read("support/Embrix/archive.json.damaged"), damaged);
+}
+
+TEST(HistoryStoreTest, WhatIsMissingIsNotSetAside) {
+  const ScratchFolder folder;
+  EXPECT_EQ(below(folder).loadArchive(), std::nullopt);
+  EXPECT_FALSE(folder.has("support"));
+}
+
 TEST(HistoryStoreTest, AFullDiskLeavesTheOldFiles) {
   const ScratchFolder folder;
   ASSERT_TRUE(saveAll(below(folder)));
