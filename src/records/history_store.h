@@ -7,9 +7,9 @@
 // file could not be replaced; the old one then stands.
 //
 // Loading gives nothing at all for a file that is missing, cannot be read or is not what it should
-// be in every part; keys that nobody knows are passed over. A file that is there and gives nothing is
-// set aside under an ending of its own, in place of what was set aside before, so that the next save
-// does not write over it.
+// be in every part; keys that nobody knows are passed over. A file that is there and gives nothing
+// is set aside under an ending of its own, in place of what was set aside before, so that the next
+// save does not write over it.
 #pragma once
 
 #include <optional>
