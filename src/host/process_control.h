@@ -6,6 +6,7 @@
 // what is not the user's besides.
 #pragma once
 
+#include <compare>
 #include <cstdint>
 
 namespace embrix {

@@ -24,10 +24,6 @@ bool isThere(const ProcessIdentity& process) {
          found.kp_proc.p_starttime.tv_sec == process.startTime;
 }
 
-bool isInBackground(const ProcessIdentity& process) {
-  return ::getpriority(PRIO_DARWIN_PROCESS, static_cast<id_t>(process.pid)) == 1;
-}
-
 int setBand(const ProcessIdentity& process, int band) {
   const int result = ::setpriority(PRIO_DARWIN_PROCESS, static_cast<id_t>(process.pid), band);
   return result == 0 ? 0 : errno;
@@ -36,18 +32,11 @@ int setBand(const ProcessIdentity& process, int band) {
 }  // namespace
 
 int MacProcessControl::calm(const ProcessIdentity& process) {
-  if (!isThere(process)) return ESRCH;
-  std::erase_if(wereThere_, [](const ProcessIdentity& each) { return !isThere(each); });
-  const bool wasThere = isInBackground(process);
-  const int error = setBand(process, PRIO_DARWIN_BG);
-  if (error == 0 && wasThere) wereThere_.insert(process);
-  return error;
+  return isThere(process) ? setBand(process, PRIO_DARWIN_BG) : ESRCH;
 }
 
 int MacProcessControl::restore(const ProcessIdentity& process) {
-  if (!isThere(process)) return ESRCH;
-  if (wereThere_.erase(process) > 0) return 0;
-  return setBand(process, kOutOfBackground);
+  return isThere(process) ? setBand(process, kOutOfBackground) : ESRCH;
 }
 
 int MacProcessControl::terminate(const ProcessIdentity& process) {
