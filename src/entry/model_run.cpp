@@ -63,16 +63,17 @@ std::optional<std::string> ModelRun::run(Host& host) const {
                        Text::escapeForTerminal(store.directory));
   }
 
-  Session surroundings = session();
+  // Nothing of this machine is read for demo data.
+  Host demo = absentHost();
+  demo.user = host.user;
+
+  Session surroundings = session();  // its threads end before any host goes
   auto notifier = std::make_unique<WatchedNotifier>(std::move(surroundings.notifier));
   WatchedNotifier& posted = *notifier;
   surroundings.notifier = std::move(notifier);
   // A test run's state is not what the user's controls show.
   const auto controlSuite = isOrdinary ? settings.open(std::string(ControlState::kSuite)) : nullptr;
 
-  // Nothing of this machine is read for demo data.
-  Host demo = absentHost();
-  demo.user = host.user;
   PowerModelPorts ports =
       PowerModelPorts::of(showsFixture ? demo : host, surroundings, launch.defaults(), log, store,
                           SamplerOptions{.throttle = hasOption(arguments, option::kThrottle)});
