@@ -23,7 +23,10 @@ constexpr double kFallingAsleep = 2.5;
 // A display's frame, and one that still shows a breath and a swing without steps: at 104 points
 // nothing but a blink, a shiver and what clicks do moves further than a third of a point in it.
 constexpr double kQuickFrame = 1.0 / 60;
-constexpr double kSlowFrame = 1.0 / 20;
+constexpr double kSlowFramesPerSecond = 20;
+constexpr double kSlowFrame = 1 / kSlowFramesPerSecond;
+// How early a timer may fire, and how exact a wall clock is.
+constexpr double kEarly = 0.002;
 
 constexpr double kGazeReach = 140;  // points, where the pupils are at their limit
 
@@ -147,12 +150,18 @@ bool Mascot::isQuick(double now, const Surroundings& surroundings) const {
          Pose::of(mood_, now + seed_).shake != 0 || Pose::nextBlink(now + seed_) <= now + seed_;
 }
 
+double Mascot::untilSlowFrame(double now) {
+  const double next = std::ceil((now + kQuickFrame) * kSlowFramesPerSecond) / kSlowFramesPerSecond;
+  const double until = next - now;
+  return until <= kSlowFrame + kEarly ? std::clamp(until, kQuickFrame, kSlowFrame) : kQuickFrame;
+}
+
 double Mascot::untilNextFrame(double now, const Surroundings& surroundings) const {
   if (isQuick(now, surroundings)) return kQuickFrame;
   const double blink = std::max(Pose::nextBlink(now + seed_) - (now + seed_), kQuickFrame);
   const bool isStill =
       mood_ == Mood::logo && !surroundings.steaming && sleepiness(mood_, surroundings) == 0;
-  if (!isStill) return std::min(blink, kSlowFrame);
+  if (!isStill) return std::min(blink, untilSlowFrame(now));
   // Falling asleep begins without a word from anybody.
   if (!surroundings.idle) return blink;
   return std::clamp(kIdleBeforeSleep - *surroundings.idle, kQuickFrame, blink);

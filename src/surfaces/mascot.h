@@ -52,6 +52,12 @@ class Mascot {
   // that does not even breathe. Above 0.
   double untilNextFrame(double now, const Surroundings& surroundings) const;
 
+  // Seconds until the next slow frame: those of all figures fall on the same moments, the
+  // twentieths of a second, so that a window with several of them is drawn once for all. At most a
+  // twentieth, at least a display frame; where the next such moment is nearer than that, a display
+  // frame, and the figure is in step from then on.
+  static double untilSlowFrame(double now);
+
  private:
   struct Reacting {
     Reaction reaction;

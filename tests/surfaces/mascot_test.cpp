@@ -170,7 +170,7 @@ TEST(MascotTest, DrawsOftenOnlyWhileSomethingQuickIsOn) {
   EXPECT_GT(breathing, 0.04);
   mascot.tap(kNow);
   EXPECT_LT(mascot.untilNextFrame(kNow + 0.1, {}), 0.02);
-  EXPECT_EQ(mascot.untilNextFrame(kNow + 1, {}), breathing);
+  EXPECT_NEAR(mascot.untilNextFrame(kNow + 1, {}), breathing, kClose);
   mascot.setMood(Mood::sweaty, kNow + 1);
   EXPECT_LT(mascot.untilNextFrame(kNow + 1.1, {}), 0.02);
   EXPECT_LT(mascot.untilNextFrame(kNow + 1.9 - 0.35, {}), 0.02) << "the eyes close";
@@ -189,6 +189,54 @@ TEST(MascotTest, AlwaysWaitsForSomething) {
       EXPECT_GE(Mascot(mood).untilNextFrame(t, {.idle = t * 40}), 1.0 / 61) << t;
     }
   }
+}
+
+TEST(MascotTest, SlowFramesOfAllFiguresFallOnTheSameMoments) {
+  struct Case {
+    const char* label;
+    double now;
+    double expected;
+  };
+  const Case cases[] = {
+      {"on such a moment", 1000, 0.05},
+      {"a little late", 1000.004, 0.046},
+      {"between two", 1000.02, 0.03},
+      {"just far enough before", 1000.033, 0.017},
+      {"too near before", 1000.04, 1.0 / 60},
+      {"after that one", 1000.04 + 1.0 / 60, 0.05 - 0.01 + 1.0 / 300},
+      {"woken a little early", 999.999, 0.05},
+      {"of a wall clock in milliseconds", 827366400.123, 0.027},
+      {"before the clock began", -0.03, 0.03},
+  };
+  for (const Case& c : cases) {
+    EXPECT_NEAR(Mascot::untilSlowFrame(c.now), c.expected, 1e-6) << c.label;
+  }
+}
+
+TEST(MascotTest, ASlowFrameIsNeitherSoonerThanADisplaysNorLaterThanItsOwn) {
+  for (double now = 0; now < 2; now += 0.00037) {
+    const double until = Mascot::untilSlowFrame(now);
+    EXPECT_GE(until, 1.0 / 60) << now;
+    EXPECT_LE(until, 1.0 / 20) << now;
+  }
+}
+
+TEST(MascotTest, FiguresThatBeganAtAnyTimeAreInStepAfterTwoFrames) {
+  for (double begin = 0; begin < 0.2; begin += 0.00037) {
+    double now = begin;
+    for (int frame = 0; frame < 2; ++frame) now += Mascot::untilSlowFrame(now);
+    const double places = now * 20;
+    // Within what a timer may be early by.
+    EXPECT_NEAR(places, std::round(places), 0.002 * 20 + kClose) << begin;
+  }
+}
+
+TEST(MascotTest, TwoBreathingFiguresAskForTheSameMoment) {
+  const Mascot mascot(Mood::happy, 0);
+  const Mascot other(Mood::relieved, 0.5);
+  const double soon = kNow + 0.021;
+  EXPECT_NEAR(kNow + mascot.untilNextFrame(kNow, {}), soon + other.untilNextFrame(soon, {}),
+              kClose);
 }
 
 }  // namespace

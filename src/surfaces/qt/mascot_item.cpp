@@ -159,8 +159,10 @@ void MascotItem::waitForNextFrame() {
     next_.stop();
     return;
   }
-  const double seconds = mascot_.untilNextFrame(now(), surroundings());
-  next_.start(std::max(static_cast<int>(seconds * 1000), 1));
+  const double milliseconds = mascot_.untilNextFrame(now(), surroundings()) * 1000;
+  // A whole number of them is not to become one less: slow frames fall on the same moment.
+  constexpr double kRounding = 1e-3;
+  next_.start(std::max(static_cast<int>(milliseconds + kRounding), 1));
 }
 
 void MascotItem::componentComplete() {
