@@ -104,6 +104,7 @@ std::variant<ModelRun::Windows, std::string> windowsOf(const Arguments& argument
     const WindowRun run{.model = model,
                         .loop = *session.loop,
                         .desktop = *session.desktop,
+                        .icons = *session.icons,
                         .arguments = launch.arguments(),
                         .isTestRun = launch.isUITesting(),
                         .say = surroundings.complain};

@@ -43,6 +43,11 @@ class AbsentDesktopFacts final : public DesktopFacts {
   void onChange(std::function<void()>) override {}
 };
 
+class AbsentApplicationIcons final : public ApplicationIcons {
+ public:
+  std::optional<ApplicationIcon> iconOf(const std::string&) override { return std::nullopt; }
+};
+
 }  // namespace
 
 Session absentSession(std::unique_ptr<EventLoop> loop) {
@@ -52,7 +57,8 @@ Session absentSession(std::unique_ptr<EventLoop> loop) {
           .events = std::make_unique<AbsentSessionEvents>(),
           .controls = std::make_unique<AbsentControlCenter>(),
           .actions = std::make_unique<AbsentActionService>(),
-          .desktop = std::make_unique<AbsentDesktopFacts>()};
+          .desktop = std::make_unique<AbsentDesktopFacts>(),
+          .icons = std::make_unique<AbsentApplicationIcons>()};
 }
 
 }  // namespace embrix

@@ -7,6 +7,7 @@
 
 #include "base/scheduler.h"
 #include "host/action_service.h"
+#include "host/application_icons.h"
 #include "host/control_center.h"
 #include "host/desktop_facts.h"
 #include "host/notifier.h"
@@ -56,6 +57,7 @@ struct Session {
   std::unique_ptr<ControlCenter> controls;
   std::unique_ptr<ActionService> actions;
   std::unique_ptr<DesktopFacts> desktop;
+  std::unique_ptr<ApplicationIcons> icons;
 };
 
 // Nobody to act on and nobody who tells anything: no process is there, what is posted is dropped.

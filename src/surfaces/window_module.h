@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/application_icons.h"
 #include "host/desktop_facts.h"
 #include "host/session.h"
 #include "model/power_model.h"
@@ -20,6 +21,7 @@ struct WindowRun {
   PowerModel& model;
   EventLoop& loop;  // turned by the toolkit's own
   DesktopFacts& desktop;
+  ApplicationIcons& icons;
   std::vector<std::string> arguments;         // of the program, its own name first
   bool isTestRun = false;                     // nothing moves
   std::function<void(std::string_view)> say;  // a line for whoever started the program

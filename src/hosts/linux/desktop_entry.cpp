@@ -68,6 +68,8 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text) {
       type = value;
     } else if (key == "Name") {
       entry.name = Text::repaired(unescaped(value));
+    } else if (key == "Icon") {
+      entry.icon = unescaped(value);
     } else if (key == "Exec") {
       entry.exec = unescaped(value);
     } else if (key == "TryExec" && !value.empty()) {

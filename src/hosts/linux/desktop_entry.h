@@ -9,6 +9,7 @@ namespace embrix {
 
 struct DesktopEntry {
   std::string name;  // the untranslated one
+  std::string icon;  // a name in the theme of icons, or an absolute path; empty when there is none
   std::string exec;  // empty when the application is started over D-Bus alone
   std::optional<std::string> tryExec;
   std::string flatpakID;     // of an application exported by Flatpak, else empty

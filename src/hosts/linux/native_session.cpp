@@ -5,6 +5,7 @@
 
 #include "host/native_host.h"
 #include "hosts/linux/action_service.h"
+#include "hosts/linux/application_icons.h"
 #include "hosts/linux/bus_address.h"
 #include "hosts/linux/bus_connection.h"
 #include "hosts/linux/control_center.h"
@@ -33,7 +34,8 @@ Session nativeSession() {
           .events = std::move(events),
           .controls = std::move(controls),
           .actions = std::move(actions),
-          .desktop = std::move(desktop)};
+          .desktop = std::move(desktop),
+          .icons = std::make_unique<LinuxApplicationIcons>("/")};
 }
 
 std::string nativeProgramPath() {

@@ -5,6 +5,7 @@
 
 #include "host/native_host.h"
 #include "hosts/macos/action_service.h"
+#include "hosts/macos/application_icons.h"
 #include "hosts/macos/cf_property.h"
 #include "hosts/macos/control_center.h"
 #include "hosts/macos/event_loop.h"
@@ -24,7 +25,8 @@ Session nativeSession() {
           .controls = std::make_unique<MacControlCenter>(),
           .actions = std::make_unique<MacActionService>(),
           // No window asks for them here yet.
-          .desktop = absentSession(nullptr).desktop};
+          .desktop = absentSession(nullptr).desktop,
+          .icons = std::make_unique<MacApplicationIcons>()};
 }
 
 std::optional<std::string> nativeIdentifier() {

@@ -29,6 +29,8 @@ MenuBarRun::MenuBarRun(const WindowRun& run)
       popover_(engine_, run.model, scheduler_, actions(), formHere()) {
   engine_.values().motion().setFrozen(run_.isTestRun);
   engine_.values().setIdle([this] { return run_.desktop.idleSeconds(); });
+  engine_.values().icons().setLookup(
+      [this](const std::string& bundlePath) { return run_.icons.iconOf(bundlePath); });
   run_.desktop.onChange([this] { desktopChanged(); });
   desktopChanged();
 }

@@ -1,6 +1,6 @@
-// What every view of one program shares: colours, motions, fonts, and what is known of the user.
-// There is one for each engine; views reach its parts as the singletons EX, Motion and EXFont. Main
-// thread only.
+// What every view of one program shares: colours, motions, fonts, icons, and what is known of the
+// user. There is one for each engine; views reach its parts as the singletons EX, Motion and
+// EXFont. Main thread only.
 #pragma once
 
 #include <functional>
@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QQmlEngine>
 
+#include "surfaces/qt/icon_cache.h"
 #include "surfaces/qt/motion_values.h"
 #include "surfaces/qt/palette_values.h"
 
@@ -50,6 +51,7 @@ class SurfaceValues final : public QObject {
   PaletteValues& palette() { return palette_; }
   MotionValues& motion() { return motion_; }
   FontValues& fonts() { return fonts_; }
+  IconCache& icons() { return icons_; }
 
   // Seconds since the user's last input of any kind; absent while nobody knows.
   std::optional<double> idle() const { return idle_ ? idle_() : std::nullopt; }
@@ -59,6 +61,7 @@ class SurfaceValues final : public QObject {
   PaletteValues palette_{this};
   MotionValues motion_{this};
   FontValues fonts_{this};
+  IconCache icons_;
   std::function<std::optional<double>()> idle_;
 };
 

@@ -14,6 +14,8 @@ TEST(DesktopEntryTest, AnEntryOfAnApplicationIsReadWhole) {
       "Type=Application\n"
       "Name=Text Editor\n"
       "Name[de]=Texteditor\n"
+      "Icon=org.gnome.gedit\n"
+      "Icon[de]=deutsch\n"
       "Exec = gedit %U \r\n"
       "TryExec=gedit\n"
       "NoDisplay=true\n"
@@ -24,6 +26,7 @@ TEST(DesktopEntryTest, AnEntryOfAnApplicationIsReadWhole) {
       "Exec=gedit --new-window\n");
   DesktopEntry expected;
   expected.name = "Text Editor";
+  expected.icon = "org.gnome.gedit";
   expected.exec = "gedit %U";
   expected.tryExec = "gedit";
   expected.flatpakID = "org.gnome.gedit";
