@@ -124,15 +124,17 @@ class MadeUpDay {
   static constexpr double kMidnight = 1'749'945'600;  // 2025-06-15
   static constexpr double kStep = 20;                 // seconds
   static constexpr double kHour = 3600;
+  static constexpr double kDay = 24 * kHour;
   static constexpr std::int32_t kEditor = 100;
   static constexpr std::int32_t kCompiler = 200;
 
+  // By the seconds since midnight.
   static bool compiles(double time) { return time > 9 * kHour && time <= 9.5 * kHour; }
   static bool isAsleep(double time) { return time > 12 * kHour && time < 13 * kHour; }
   static bool isThrottled(double time) { return time >= 15 * kHour && time < 15.0 * kHour + 600; }
 
-  // Writes the recording and tells how many ticks it has.
-  static int record(const std::string& path) {
+  // Writes the recording of so many such days and tells how many ticks it has.
+  static int record(const std::string& path, int days = 1) {
     ScriptedHost world;
     world.wallTime = kMidnight;
     draw(world.add(kEditor, "/usr/bin/editor"), 0);
@@ -142,13 +144,14 @@ class MadeUpDay {
     Host host = recordingHost(world.host(), writer);
     int ticks = 0;
     std::vector<RawProcess> table;
-    for (double time = 0; time < 24 * kHour; time += kStep) {
-      if (isAsleep(time)) continue;  // counters, and uptime on a Mac, stand still
+    for (double time = 0; time < days * kDay; time += kStep) {
+      const double clock = std::fmod(time, kDay);
+      if (isAsleep(clock)) continue;  // counters, and uptime on a Mac, stand still
       draw(*world.find(kEditor), time > 0 ? 2 * kStep : 0);
-      draw(*world.find(kCompiler), compiles(time) ? 6 * kStep : 0);
+      draw(*world.find(kCompiler), compiles(clock) ? 6 * kStep : 0);
       world.wallTime = kMidnight + time;
       world.uptime += kStep;
-      world.thermalState = isThrottled(time) ? ThermalState::serious : ThermalState::nominal;
+      world.thermalState = isThrottled(clock) ? ThermalState::serious : ThermalState::nominal;
       sampleAsTheProgramDoes(host, table);
       ++ticks;
     }
@@ -243,6 +246,35 @@ TEST_F(MadeUpDayTest, IsWatchedFrameByFrameAndKeptAsItWas) {
   EXPECT_EQ(record("archive.json")["days"].size(), 1U);
   EXPECT_FALSE(record("history.json").empty());
   EXPECT_FALSE(record("baseline.json").empty());
+}
+
+TEST_F(MadeUpDayTest, SevenOfThemLeaveARecordOfEach) {
+  const std::string recording = folder_ / "week";
+  const int ticks = MadeUpDay::record(recording, 7);
+  // A pause of a second: saved with every thirtieth frame, which is every ten minutes here.
+  const auto lines = watch(recording, {"--ui-testing", "--set", "sampleInterval=1", "--set",
+                                       "runawayNotifications=1", "--records", folder_ / "records"});
+  ASSERT_THAT(lines, SizeIs(static_cast<std::size_t>(ticks) - 1));
+  std::map<std::string, std::vector<int>> alerts;  // the days of each
+  for (const Json& line : lines) {
+    const double sinceStart = double(line["time"]) - MadeUpDay::kMidnight;
+    const int day = static_cast<int>(sinceStart / MadeUpDay::kDay);
+    for (const Json& alert : line["alerts"]) alerts[alert].push_back(day);
+  }
+  ASSERT_THAT(alerts, SizeIs(2));
+  for (const auto& [name, days] : alerts) {
+    EXPECT_THAT(days, testing::ElementsAre(0, 1, 2, 3, 4, 5, 6)) << name;
+  }
+
+  const Json days = record("archive.json")["days"];
+  ASSERT_EQ(days.size(), 7U);
+  for (std::size_t i = 0; i < days.size(); ++i) {
+    EXPECT_EQ(days[i]["day"], fmt::format("2025-06-{}", 15 + i));
+    // What a day drew, less at most the last ten minutes of it.
+    EXPECT_NEAR(double(days[i]["wattHours"]), 2 * 23 + 6 * 0.5, 0.5) << i;
+    EXPECT_EQ(days[i]["appWattHours"].size(), 2U);
+  }
+  EXPECT_EQ(record("today.json")["day"], "2025-06-21");
 }
 
 TEST_F(MadeUpDayTest, IsToldTheSameEachTime) {
