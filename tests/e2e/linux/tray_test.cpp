@@ -134,9 +134,10 @@ class TrayTest : public ProgramTest {
   ~TrayTest() override { sd_bus_close_unref(desktop_); }
 
   std::vector<std::string> desktop() const {
-    return worldWith({"DISPLAY=" + screen_.display(), "WAYLAND_DISPLAY=", "QT_QPA_PLATFORM=xcb",
-                      "DBUS_SESSION_BUS_ADDRESS=" + bus_.address(),
-                      "LSAN_OPTIONS=print_suppressions=0:suppressions=" EMBRIX_TOOLKIT_LEAKS});
+    return worldWith(
+        {"DISPLAY=" + screen_.display(), "WAYLAND_DISPLAY=", "QT_QPA_PLATFORM=xcb",
+         "DBUS_SESSION_BUS_ADDRESS=" + bus_.address(),
+         "LSAN_OPTIONS=symbolize=0:print_suppressions=0:suppressions=" EMBRIX_TOOLKIT_LEAKS});
   }
 
   // Edges of the images that the item shows, in pixels.
