@@ -15,7 +15,7 @@ constexpr const char* kPath = "/org/freedesktop/Notifications";
 constexpr const char* kProgramName = "Embrix";
 constexpr const char* kDesktopEntry = "app.embrix.Embrix";
 
-// Of the sound naming specification: what a message that just arrived sounds like.
+// The name that sound themes have for what a message that just arrived sounds like.
 constexpr const char* kDefaultSound = "message-new-instant";
 
 constexpr double kTimeoutSeconds = 20;
