@@ -88,7 +88,6 @@ def write(font, family, weight, file):
         names.setName(text, number, 3, 1, 0x409)
     font["OS/2"].usWeightClass = weight
     font.save(OUT / file)
-    print(file, len(font.getGlyphOrder()), file=sys.stderr)
 
 
 for weight in WEIGHTS:

@@ -1,5 +1,5 @@
-// Notifications through the desktop's service (org.freedesktop.Notifications, version 1.2). Without a
-// bus or a service, what is posted is dropped.
+// Notifications through the desktop's service (org.freedesktop.Notifications, version 1.2). Without
+// a bus or a service, what is posted is dropped.
 //
 // The service is asked what it can do when the first notification is posted, and anew after it was
 // exchanged for another. One call runs at a time, so that a notification that follows another of
