@@ -1,4 +1,5 @@
 #include "surfaces/qt/icon_items.h"
+#include "drawn_item.h"
 
 #include <gtest/gtest.h>
 
@@ -54,15 +55,6 @@ class IconTest : public testing::Test {
       return found == icons_.end() ? std::nullopt : std::optional(found->second);
     };
   }
-  static QImage drawn(QQuickPaintedItem& item) {
-    QImage image(static_cast<int>(item.width()), static_cast<int>(item.height()),
-                 QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    item.paint(&painter);
-    return image;
-  }
-
   ScratchFolder folder_;
   QString theme_ = QIcon::themeName();
   QStringList themeFolders_ = QIcon::themeSearchPaths();

@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QQuickWindow>
 
+#include "drawn_item.h"
 #include "surfaces/qt/surface_engine.h"
 
 namespace embrix {
@@ -18,14 +19,6 @@ class MascotItemTest : public testing::Test {
     window.resize(200, 200);
     window.show();
     return *figure_->findChild<MascotItem*>();
-  }
-  QImage picture(MascotItem& item) {
-    QImage image(static_cast<int>(item.width()), static_cast<int>(item.height()),
-                 QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    item.paint(&painter);
-    return image;
   }
 
   SurfaceEngine engine;
@@ -63,23 +56,23 @@ TEST_F(MascotItemTest, AStillFigureHasNoTimer) {
 TEST_F(MascotItemTest, AStillFigureDoesNotReactToClicks) {
   engine.values().motion().setFrozen(true);
   MascotItem& item = show();
-  const QImage before = picture(item);
+  const QImage before = drawn(item);
   item.tap();
-  EXPECT_EQ(picture(item), before);
+  EXPECT_EQ(drawn(item), before);
   EXPECT_FALSE(item.isWaiting());
 }
 
 TEST_F(MascotItemTest, AStillFigureIsHeldInItsState) {
   engine.values().motion().setFrozen(true);
   MascotItem& item = show();
-  const QImage awake = picture(item);
+  const QImage awake = drawn(item);
   item.setFrozenState(static_cast<int>(MascotFrozenState::dozing));
-  EXPECT_NE(picture(item), awake);
+  EXPECT_NE(drawn(item), awake);
 }
 
 TEST_F(MascotItemTest, TheFigureFillsItsSquare) {
   engine.values().motion().setFrozen(true);
-  const QImage image = picture(show());
+  const QImage image = drawn(show());
   // The body reaches from 12 to 108 of 120 units, the item 14 further out.
   const QColor white(255, 255, 255);
   EXPECT_EQ(image.pixelColor(14 + 60, 14 + 95), white);
