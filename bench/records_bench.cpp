@@ -1,153 +1,36 @@
-// The records at their largest: a history of 1,800 points with 40 groups each, an archive of 400
-// days with 40 apps each, a ledger and a session of 300 groups, a day of baseline.
+// What the records cost at their largest. BM_FrameIntoHistory is what one frame costs the history,
+// the averages and the count for runaways. BM_SaveAll is the background's share of a save, with a
+// week and with all days in the archive; BM_SnapshotAll is the main thread's.
 //
-// BM_FrameIntoHistory is what one frame costs the history, the averages and the count for runaways.
-// BM_SaveAll is the background's share of a save, with a week and with all days in the archive;
-// BM_SnapshotAll is the main thread's.
+// The peers of BM_SaveAll/days:7 are BM_WriteAlone, the same bytes written and flushed by the
+// plainest program; and RapidJSON and nlohmann/json, which make the text of the history anew each
+// time. Those of BM_LoadHistory read what they have written. No peer makes records of what it
+// reads.
 
 #include <benchmark/benchmark.h>
 
-#include <stdlib.h>
+#include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <filesystem>
-#include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
-#include <fmt/format.h>
+#include <rapidjson/document.h>
+#include <rapidjson/stringbuffer.h>
+#include <rapidjson/writer.h>
+#include <nlohmann/json.hpp>
 
-#include "records/archive.h"
-#include "records/day_ledger.h"
-#include "records/discharge_session.h"
-#include "records/history.h"
-#include "records/history_store.h"
-#include "records/power_baseline.h"
+#include "base/whole_file.h"
+#include "full_records.h"
+#include "records/record_encoding.h"
 #include "records/window_counts.h"
 #include "records/window_sums.h"
 
 namespace embrix {
 namespace {
-
-constexpr std::size_t kCapacity = 1800;
-constexpr int kGroups = 40;
-constexpr double kStart = 1'750'000'000;
-constexpr double kInterval = 2.0625;
-
-// The groups of a machine: more than a point has, and some come and go.
-const std::vector<SharedText>& keys() {
-  static const std::vector<SharedText> all = [] {
-    std::vector<SharedText> made;
-    for (int i = 0; i < 300; ++i) {
-      made.emplace_back(fmt::format("com.example.developer.app{:03}", i));
-    }
-    return made;
-  }();
-  return all;
-}
-
-class Days {
- public:
-  HistoryPoint point() {
-    std::vector<SharedMap<double>::Entry> groups;
-    for (int i = 0; i < kGroups; ++i) {
-      const std::size_t wanderer = keys().size() - 1 - made_ / 100 % 50;
-      groups.push_back({i == 0 ? keys()[wanderer] : keys()[static_cast<std::size_t>(i)], watts()});
-    }
-    ++made_;
-    return {.time = kStart + kInterval * static_cast<double>(made_),
-            .systemWatts = watts(),
-            .groupWatts = SharedMap<double>(std::move(groups)),
-            .temperature = watts(),
-            .cpuPercent = watts(),
-            .label = SharedText("Xcode")};
-  }
-
-  double watts() { return spread_(random_); }
-
- private:
-  std::mt19937_64 random_{7};
-  std::uniform_real_distribution<double> spread_{0.05, 40};
-  std::size_t made_ = 0;
-};
-
-History fullHistory(Days& days, std::size_t points = kCapacity) {
-  History history(kCapacity);
-  for (std::size_t i = 0; i < points; ++i) history.append(days.point());
-  return history;
-}
-
-DayLedger fullLedger(Days& days, std::string day) {
-  DayLedger ledger = DayLedger::fresh(day);
-  for (const SharedText& key : keys()) {
-    ledger.groupWattHours[key] = days.watts();
-    ledger.groupNames[key] = SharedText(fmt::format("App {}", key.size()));
-  }
-  ledger.totalWattHours = days.watts();
-  return ledger;
-}
-
-constexpr int kMostDays = static_cast<int>(Archive::kMostDays);
-
-Archive archiveOf(Days& days, int count) {
-  Archive archive;
-  for (int i = 0; i < count; ++i) {
-    archive.record(fullLedger(days, fmt::format("20{:02}-{:02}-{:02}", 20 + i / 336,
-                                                i / 28 % 12 + 1, i % 28 + 1)),
-                   BatteryReading{.healthPercent = 91, .cycleCount = i, .fullWh = 68.5});
-  }
-  return archive;
-}
-
-DischargeSession fullSession(Days& days) {
-  DischargeSession session = DischargeSession::begun(kStart, 100);
-  for (const SharedText& key : keys()) {
-    session.groupWattHours[key] = days.watts();
-    session.groupNames[key] = key;
-  }
-  return session;
-}
-
-PowerBaseline fullBaseline(Days& days) {
-  PowerBaseline baseline;
-  for (std::size_t i = 0; i < PowerBaseline::kMostSamples; ++i) {
-    baseline.add(days.watts(), kStart + 30 * static_cast<double>(i));
-  }
-  return baseline;
-}
-
-// Everything that a save takes, and a folder in memory for it where there is one.
-struct Records {
-  explicit Records(int archivedDays = kMostDays) : archive(archiveOf(days, archivedDays)) {
-    std::string pattern = std::filesystem::exists("/dev/shm") ? "/dev/shm/embrix-bench.XXXXXX"
-                                                              : "/tmp/embrix-bench.XXXXXX";
-    store.directory = mkdtemp(pattern.data());
-  }
-  ~Records() { std::filesystem::remove_all(store.directory); }
-
-  Days days;
-  History history = fullHistory(days);
-  DayLedger ledger = fullLedger(days, "2026-03-02");
-  Archive archive;
-  DischargeSession session = fullSession(days);
-  PowerBaseline baseline = fullBaseline(days);
-  HistoryStore store;
-
-  void save() const {
-    store.save(history.snapshot());
-    store.saveLedger(ledger);
-    store.saveArchive(archive);
-    store.saveDischarge(session);
-    store.saveBaseline(baseline);
-  }
-
-  // What happens between two saves at the usual interval.
-  void goOn() {
-    for (int i = 0; i < 15; ++i) history.append(days.point());
-    ledger.totalWattHours += 0.1;
-    archive.record(ledger, std::nullopt);
-  }
-};
 
 void BM_FrameIntoHistory(benchmark::State& state) {
   Days days;
@@ -215,6 +98,96 @@ void BM_SaveAll(benchmark::State& state) {
 }
 BENCHMARK(BM_SaveAll)->ArgName("days")->Arg(7)->Arg(kMostDays)->Unit(benchmark::kMillisecond);
 
+// One call of write and one of fsync, over the file that is there.
+void writeAlone(const std::string& path, std::string_view bytes) {
+  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+  if (::write(file, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) std::abort();
+  ::fsync(file);
+  ::close(file);
+}
+
+void BM_WriteAlone(benchmark::State& state) {
+  Records records(7);
+  records.save();
+  std::string bytes;
+  for (const auto& file : std::filesystem::directory_iterator(records.store.directory)) {
+    bytes += readWholeFile(file.path(), file.file_size()).value();
+  }
+  for (auto _ : state) writeAlone(records.store.directory + "/alone", bytes);
+  state.counters["bytes"] = static_cast<double>(bytes.size());
+}
+BENCHMARK(BM_WriteAlone)->Unit(benchmark::kMillisecond);
+
+void BM_HistoryByRapidJson(benchmark::State& state) {
+  Records records(7);
+  for (auto _ : state) {
+    rapidjson::StringBuffer text;
+    rapidjson::Writer<rapidjson::StringBuffer> writer(text);
+    writer.StartArray();
+    for (const HistoryPoint& point : records.history.points()) {
+      writer.StartObject();
+      writer.Key("time");
+      writer.Double(point.time);
+      writer.Key("systemWatts");
+      writer.Double(point.systemWatts.value());
+      writer.Key("groupWatts");
+      writer.StartObject();
+      for (const auto& [key, watts] : point.groupWatts) {
+        writer.Key(key.view().data(), static_cast<rapidjson::SizeType>(key.view().size()));
+        writer.Double(watts);
+      }
+      writer.EndObject();
+      writer.Key("temperature");
+      writer.Double(point.temperature.value());
+      writer.Key("cpuPercent");
+      writer.Double(point.cpuPercent);
+      writer.Key("label");
+      writer.String(point.label->string().c_str());
+      writer.EndObject();
+    }
+    writer.EndArray();
+    writeAlone(records.store.directory + "/alone", {text.GetString(), text.GetSize()});
+  }
+}
+BENCHMARK(BM_HistoryByRapidJson)->Unit(benchmark::kMillisecond);
+
+void BM_HistoryByNlohmannJson(benchmark::State& state) {
+  Records records(7);
+  for (auto _ : state) {
+    nlohmann::json points = nlohmann::json::array();
+    for (const HistoryPoint& point : records.history.points()) {
+      nlohmann::json groups = nlohmann::json::object();
+      for (const auto& [key, watts] : point.groupWatts) groups[key.string()] = watts;
+      points.push_back({{"time", point.time},
+                        {"systemWatts", point.systemWatts.value()},
+                        {"groupWatts", std::move(groups)},
+                        {"temperature", point.temperature.value()},
+                        {"cpuPercent", point.cpuPercent},
+                        {"label", point.label->string()}});
+    }
+    writeAlone(records.store.directory + "/alone", points.dump());
+  }
+}
+BENCHMARK(BM_HistoryByNlohmannJson)->Unit(benchmark::kMillisecond);
+
+// What a save does apart from the files: the text of everything.
+void BM_TextOfAll(benchmark::State& state) {
+  Records records;
+  records.save();
+  for (auto _ : state) {
+    state.PauseTiming();
+    records.goOn();
+    const HistorySnapshot snapshot = records.history.snapshot();
+    state.ResumeTiming();
+    benchmark::DoNotOptimize(snapshot.text().pieces.size());
+    benchmark::DoNotOptimize(jsonOf(records.ledger));
+    benchmark::DoNotOptimize(records.archive.text());
+    benchmark::DoNotOptimize(jsonOf(records.session));
+    benchmark::DoNotOptimize(jsonOf(records.baseline));
+  }
+}
+BENCHMARK(BM_TextOfAll)->Unit(benchmark::kMicrosecond);
+
 // The first save of a run formats everything.
 void BM_SaveAllAnew(benchmark::State& state) {
   Records records;
@@ -248,6 +221,30 @@ void BM_LoadHistory(benchmark::State& state) {
   for (auto _ : state) benchmark::DoNotOptimize(records.store.load(0));
 }
 BENCHMARK(BM_LoadHistory)->Unit(benchmark::kMillisecond);
+
+void BM_LoadHistoryByRapidJson(benchmark::State& state) {
+  Records records(7);
+  records.save();
+  const std::string path = records.store.directory + "/history.json";
+  for (auto _ : state) {
+    const std::string text = readWholeFile(path, std::size_t{1} << 30).value();
+    rapidjson::Document document;
+    document.Parse<rapidjson::kParseFullPrecisionFlag>(text.data(), text.size());
+    benchmark::DoNotOptimize(document.Size());
+  }
+}
+BENCHMARK(BM_LoadHistoryByRapidJson)->Unit(benchmark::kMillisecond);
+
+void BM_LoadHistoryByNlohmannJson(benchmark::State& state) {
+  Records records(7);
+  records.save();
+  const std::string path = records.store.directory + "/history.json";
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        nlohmann::json::parse(readWholeFile(path, std::size_t{1} << 30).value()));
+  }
+}
+BENCHMARK(BM_LoadHistoryByNlohmannJson)->Unit(benchmark::kMillisecond);
 
 void BM_Median(benchmark::State& state) {
   Days days;

@@ -23,6 +23,13 @@ bool writeFileAtomically(const std::string& path, std::string_view bytes);
 // Likewise with the pieces one behind the other.
 bool writeFileAtomically(const std::string& path, std::span<const std::string_view> pieces);
 
+// Likewise, but for its last step: a power cut before the folder is synced may bring the old file
+// back, whole. For several files of one folder, which is then synced once.
+bool replaceFile(const std::string& path, std::span<const std::string_view> pieces);
+
+// Makes the names of the files in that folder last, as far as its file system can.
+void syncFolder(const std::string& folder);
+
 // Removes what writeFileAtomically left beside that path in runs that were killed half-way. A write
 // to the path that is under way in another process then fails.
 void removeHalfWritten(const std::string& path);

@@ -30,12 +30,8 @@ void PowerModel::save() {
       WorkPriority::utility,
       [store = ports_.store, points = history_->snapshot(), ledger = *ledger_, archive = *archive_,
        discharge = *discharge_, baseline = *baseline_] {
-        // Each file stands for itself; what cannot be written is tried again with the next save.
-        store.save(points);
-        store.saveLedger(ledger);
-        store.saveArchive(archive);
-        if (discharge) store.saveDischarge(*discharge);
-        store.saveBaseline(baseline);
+        // What cannot be written is tried again with the next save.
+        store.saveAll(points, ledger, archive, discharge, baseline);
       },
       [this] {
         if (std::exchange(mustSaveDischargeAgain_, false) && *discharge_) {

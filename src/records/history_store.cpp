@@ -25,13 +25,16 @@ constexpr std::array kAll = {kHistory, kLedger, kArchive, kDischarge, kBaseline}
 // Many times what the largest of the files can grow to.
 constexpr std::size_t kMostBytes = std::size_t{64} * 1024 * 1024;
 
-bool write(const std::string& directory, std::string_view name,
-           std::span<const std::string_view> pieces) {
+bool makeFolder(const std::string& directory) {
   if (directory.empty()) return false;
   std::error_code error;
   std::filesystem::create_directories(directory, error);
-  if (error) return false;
-  return writeFileAtomically(PathText::joined(directory, name), pieces);
+  return !error;
+}
+
+bool write(const std::string& directory, std::string_view name,
+           std::span<const std::string_view> pieces) {
+  return makeFolder(directory) && writeFileAtomically(PathText::joined(directory, name), pieces);
 }
 
 bool write(const std::string& directory, std::string_view name, std::string_view text) {
@@ -63,6 +66,25 @@ std::optional<Record> read(const std::string& directory, std::string_view name,
 HistoryStore HistoryStore::standard(const UserFacts& user) {
   if (user.applicationSupportDirectory.empty()) return {};
   return {PathText::joined(user.applicationSupportDirectory, kFolder)};
+}
+
+bool HistoryStore::saveAll(const HistorySnapshot& points, const DayLedger& ledger,
+                           const Archive& archive, const std::optional<DischargeSession>& discharge,
+                           const PowerBaseline& baseline) const {
+  if (!makeFolder(directory)) return false;
+  const auto replace = [this](std::string_view name, std::span<const std::string_view> pieces) {
+    return replaceFile(PathText::joined(directory, name), pieces);
+  };
+  const auto replaceWith = [&](std::string_view name, std::string_view text) {
+    return replace(name, std::span(&text, 1));
+  };
+  bool saved = replace(kHistory, points.text().pieces);
+  saved &= replaceWith(kLedger, jsonOf(ledger));
+  saved &= replace(kArchive, archive.text());
+  if (discharge) saved &= replaceWith(kDischarge, jsonOf(*discharge));
+  saved &= replaceWith(kBaseline, jsonOf(baseline));
+  syncFolder(directory);
+  return saved;
 }
 
 bool HistoryStore::save(const HistorySnapshot& points) const {

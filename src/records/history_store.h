@@ -36,6 +36,12 @@ struct HistoryStore {
   // The folder "Embrix" among what the user's programs keep for themselves.
   static HistoryStore standard(const UserFacts& user);
 
+  // Each file stands for itself: one that cannot be replaced keeps none of the others from it. A
+  // session that is absent leaves its file as it is.
+  bool saveAll(const HistorySnapshot& points, const DayLedger& ledger, const Archive& archive,
+               const std::optional<DischargeSession>& discharge,
+               const PowerBaseline& baseline) const;
+
   bool save(const HistorySnapshot& points) const;
   bool saveLedger(const DayLedger& ledger) const;
   bool saveArchive(const Archive& archive) const;

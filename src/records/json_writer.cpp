@@ -1,6 +1,8 @@
 #include "records/json_writer.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <iterator>
 #include <limits>
 
@@ -36,6 +38,16 @@ void appendEscaped(std::string& out, char c) {
   }
 }
 
+// The longest is a double like -2.2250738585072014e-308.
+constexpr std::size_t kLongestNumber = 32;
+
+template <typename Number>
+void appendNumber(std::string& out, Number number) {
+  std::array<char, kLongestNumber> digits;
+  char* const end = fmt::format_to(digits.data(), FMT_COMPILE("{}"), number);
+  out.append(digits.data(), end);
+}
+
 }  // namespace
 
 void JsonWriter::begin(std::string_view name) {
@@ -47,15 +59,15 @@ void JsonWriter::begin(std::string_view name) {
 
 void JsonWriter::required(std::string_view name, std::int64_t number) {
   begin(name);
-  fmt::format_to(std::back_inserter(out_), FMT_COMPILE("{}"), number);
+  appendNumber(out_, number);
 }
 
 void JsonWriter::append(std::string& out, double finite) {
-  fmt::format_to(std::back_inserter(out), FMT_COMPILE("{}"), finite);
+  appendNumber(out, finite);
 }
 
 void JsonWriter::append(std::string& out, float finite) {
-  fmt::format_to(std::back_inserter(out), FMT_COMPILE("{}"), finite);
+  appendNumber(out, finite);
 }
 
 void JsonWriter::append(std::string& out, std::string_view text) {

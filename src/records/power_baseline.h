@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace embrix {
@@ -18,6 +19,9 @@ class PowerBaseline {
 
   // Whole-machine watts, oldest first.
   const std::vector<float>& samples() const { return samples_; }
+  // The same as JSON, the numbers with commas between them. A sample never changes, so that its
+  // digits are made once and not at every save.
+  const std::string& samplesText() const { return text_; }
   // Seconds since 1970 of the newest sample; 0 at first.
   double lastAdded() const { return lastAdded_; }
 
@@ -32,7 +36,11 @@ class PowerBaseline {
   bool operator==(const PowerBaseline&) const = default;
 
  private:
+  void appendText(float sample);
+  void removeExcess();
+
   std::vector<float> samples_;
+  std::string text_;
   double lastAdded_ = 0;
   std::vector<float> sorted_;  // the same samples ascending
 };

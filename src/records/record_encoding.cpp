@@ -93,13 +93,9 @@ std::string jsonOf(const PowerBaseline& baseline) {
   std::string text = roomy();
   JsonWriter json(text);
   json.begin("samples");
-  char separator = '[';
-  for (const float sample : baseline.samples()) {
-    text += separator;
-    JsonWriter::append(text, sample);
-    separator = ',';
-  }
-  text += baseline.samples().empty() ? "[]" : "]";
+  text += '[';
+  text += baseline.samplesText();
+  text += ']';
   json.required("lastAdded", baseline.lastAdded());
   json.end();
   return text;

@@ -35,6 +35,19 @@ TEST(WholeFileTest, ALongFileIsWrittenAndReadWhole) {
   EXPECT_EQ(readWholeFile(folder / "file", bytes.size()), bytes);
 }
 
+TEST(WholeFileTest, ManyPiecesStandOneBehindTheOther) {
+  const ScratchFolder folder;
+  std::vector<std::string> texts;
+  std::string whole;
+  for (int i = 0; i < 3000; ++i) {
+    texts.emplace_back(static_cast<std::size_t>(i % 7), static_cast<char>('a' + i % 26));
+    whole += texts.back();
+  }
+  const std::vector<std::string_view> pieces(texts.begin(), texts.end());
+  EXPECT_TRUE(writeFileAtomically(folder / "file", pieces));
+  EXPECT_EQ(folder.read("file"), whole);
+}
+
 TEST(WholeFileTest, AFileAboveTheLimitIsAbsent) {
   const ScratchFolder folder;
   folder.write("file", "12345");

@@ -27,6 +27,13 @@ using testing::UnorderedElementsAre;
 const std::vector<std::string> kFiles = {"history.json", "today.json", "archive.json",
                                          "discharge.json", "baseline.json"};
 
+bool saveTogether(const HistoryStore& store,
+                  const std::optional<DischargeSession>& session = fullSession()) {
+  return store.saveAll(HistorySnapshot(std::vector{fullPoint(), barePoint()}), fullLedger(),
+                       Archive({fullDay(), bareDay()}), session, smallBaseline());
+}
+
+// One by one and then together, which must come to the same.
 bool saveAll(const HistoryStore& store) {
   const std::vector<HistoryPoint> points = {fullPoint(), barePoint()};
   int saved = 0;
@@ -36,6 +43,7 @@ bool saveAll(const HistoryStore& store) {
   saved += store.saveDischarge(fullSession()) ? 1 : 0;
   saved += store.saveBaseline(smallBaseline()) ? 1 : 0;
   EXPECT_TRUE(saved == 0 || saved == 5) << saved;
+  EXPECT_EQ(saveTogether(store), saved == 5);
   return saved == 5;
 }
 
@@ -62,6 +70,21 @@ HistoryStore below(const ScratchFolder& folder) {
 TEST(HistoryStoreTest, WhatIsSavedIsLoadedAgain) {
   const ScratchFolder folder;
   EXPECT_TRUE(saveAll(below(folder)));
+  expectAll(below(folder));
+}
+
+TEST(HistoryStoreTest, WhatIsSavedTogetherIsLoadedAgain) {
+  const ScratchFolder folder;
+  EXPECT_TRUE(saveTogether(below(folder)));
+  expectAll(below(folder));
+}
+
+TEST(HistoryStoreTest, WithoutASessionItsFileStaysAsItIs) {
+  const ScratchFolder folder;
+  EXPECT_TRUE(saveTogether(below(folder), std::nullopt));
+  EXPECT_FALSE(folder.has("support/Embrix/discharge.json"));
+  ASSERT_TRUE(saveTogether(below(folder)));
+  EXPECT_TRUE(saveTogether(below(folder), std::nullopt));
   expectAll(below(folder));
 }
 
@@ -190,6 +213,9 @@ TEST(HistoryStoreTest, AFolderInPlaceOfAFileFailsThatFileAlone) {
   EXPECT_EQ(below(folder).loadLedger(), std::nullopt);
   EXPECT_TRUE(below(folder).saveDischarge(fullSession()));
   EXPECT_EQ(below(folder).loadDischarge(), fullSession());
+  EXPECT_FALSE(saveTogether(below(folder)));
+  EXPECT_EQ(below(folder).loadBaseline(), smallBaseline());
+  EXPECT_TRUE(folder.has("support/Embrix/today.json/occupied"));
 }
 
 // An ordinary user while it lives: the super-user may write everywhere.

@@ -87,6 +87,15 @@ PowerBaseline baselineOf(std::uint32_t version) {
     save(2, [](Store s, std::uint32_t v) { return s.saveArchive(archiveOf(v)); });
     save(3, [](Store s, std::uint32_t v) { return s.saveDischarge(sessionOf(v)); });
     save(4, [](Store s, std::uint32_t v) { return s.saveBaseline(baselineOf(v)); });
+
+    ++version;
+    for (auto& begun : progress.begun) begun = version;
+    if (!store.saveAll(pointsOf(version), ledgerOf(version), archiveOf(version), sessionOf(version),
+                       baselineOf(version))) {
+      ::_exit(1);
+    }
+    for (auto& done : progress.done) done = version;
+    ++progress.saves;
   }
 }
 

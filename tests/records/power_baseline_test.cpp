@@ -76,6 +76,23 @@ TEST(PowerBaselineTest, ALongerListThanItKeepsIsCutAtTheNextSample) {
   EXPECT_EQ(baseline.median(), 7);
 }
 
+TEST(PowerBaselineTest, AListOfAbsurdLengthIsCutAtOnce) {
+  PowerBaseline baseline(std::vector<float>(1'000'000, 7), kNow);
+  baseline.add(8, kNow + 30);
+  EXPECT_THAT(baseline.samples(), SizeIs(2880));
+  EXPECT_EQ(baseline, PowerBaseline(baseline.samples(), kNow + 30));
+}
+
+TEST(PowerBaselineTest, ItsTextIsThatOfItsSamplesWhateverHasGone) {
+  PowerBaseline baseline;
+  EXPECT_EQ(baseline.samplesText(), "");
+  baseline.add(9.5, kNow);
+  EXPECT_EQ(baseline.samplesText(), "9.5");
+  for (int i = 1; i < 6000; ++i) baseline.add(i / 7.0, kNow + 30 * i);
+  EXPECT_EQ(baseline.samplesText(), PowerBaseline(baseline.samples(), 0).samplesText());
+  EXPECT_THAT(baseline.samplesText(), testing::StartsWith("445.7143,445.85715,"));
+}
+
 TEST(PowerBaselineTest, WhatIsNotFiniteIsNoSample) {
   PowerBaseline baseline;
   baseline.add(std::numeric_limits<double>::quiet_NaN(), kNow);
