@@ -20,11 +20,16 @@ constexpr double kHover = 0.25;
 constexpr double kTapsTogether = 1.2;
 constexpr double kIdleBeforeSleep = 600;
 constexpr double kFallingAsleep = 2.5;
-// A display's frame, and one that still shows a breath and a swing without steps: at 104 points
-// nothing but a blink, a shiver and what clicks do moves further than a third of a point in it.
+// A display's frame; one in which lids still close and open smoothly; and the moments on which what
+// is slow is drawn: breath, swing and drop.
 constexpr double kQuickFrame = 1.0 / 60;
+constexpr double kBlinkFrame = 1.0 / 30;
 constexpr double kSlowFramesPerSecond = 20;
 constexpr double kSlowFrame = 1 / kSlowFramesPerSecond;
+// What is slow is drawn when it has moved by so many points, which no eye takes for a step. At the
+// turn of a breath that takes longest.
+constexpr double kStep = 0.5;
+constexpr int kMostSlowFrames = 6;
 // How early a timer may fire, and how exact a wall clock is.
 constexpr double kEarly = 0.002;
 
@@ -53,6 +58,11 @@ double passed(double elapsed, double span) {
 double sleepiness(MascotMood mood, const Mascot::Surroundings& surroundings) {
   if (mood == MascotMood::stressed || surroundings.steaming || !surroundings.idle) return 0;
   return std::clamp((*surroundings.idle - kIdleBeforeSleep) / kFallingAsleep, 0.0, 1.0);
+}
+
+// Seconds until the next slow moment that is at least a display's frame away.
+double untilSlowMoment(double now) {
+  return std::ceil((now + kQuickFrame) * kSlowFramesPerSecond) / kSlowFramesPerSecond - now;
 }
 
 Point look(Point gaze) {
@@ -147,21 +157,32 @@ bool Mascot::isQuick(double now, const Surroundings& surroundings) const {
          (blendFrom_ && passed(now - blendStart_, kBlend) < 1) ||
          (surroundings.relief && isWithin(now - *surroundings.relief, kRelief)) ||
          (reacting_ && isWithin(now - reacting_->start, kReaction)) || (asleep > 0 && asleep < 1) ||
-         Pose::of(mood_, now + seed_).shake != 0 || Pose::nextBlink(now + seed_) <= now + seed_;
+         Pose::of(mood_, now + seed_).shake != 0;
 }
 
 double Mascot::untilSlowFrame(double now) {
-  const double next = std::ceil((now + kQuickFrame) * kSlowFramesPerSecond) / kSlowFramesPerSecond;
-  const double until = next - now;
+  const double until = untilSlowMoment(now);
   return until <= kSlowFrame + kEarly ? std::clamp(until, kQuickFrame, kSlowFrame) : kQuickFrame;
 }
 
-double Mascot::untilNextFrame(double now, const Surroundings& surroundings) const {
+double Mascot::untilMoved(double now, double scale) const {
+  const Pose pose = Pose::of(mood_, now + seed_);
+  double until = untilSlowMoment(now);
+  for (int frame = 1; frame < kMostSlowFrames; ++frame, until += kSlowFrame) {
+    if (pose.distanceTo(Pose::of(mood_, now + until + seed_)) * scale >= kStep) break;
+  }
+  return until;
+}
+
+double Mascot::untilNextFrame(double now, const Surroundings& surroundings, double scale) const {
   if (isQuick(now, surroundings)) return kQuickFrame;
-  const double blink = std::max(Pose::nextBlink(now + seed_) - (now + seed_), kQuickFrame);
-  const bool isStill =
-      mood_ == Mood::logo && !surroundings.steaming && sleepiness(mood_, surroundings) == 0;
-  if (!isStill) return std::min(blink, untilSlowFrame(now));
+  const double untilBlink = Pose::nextBlink(now + seed_) - (now + seed_);
+  if (untilBlink <= 0) return kBlinkFrame;
+  const double blink = std::max(untilBlink, kQuickFrame);
+  // Steam and the letters of sleep rise without an end.
+  const bool isRising = surroundings.steaming || sleepiness(mood_, surroundings) > 0;
+  if (isRising) return std::min(blink, untilSlowFrame(now));
+  if (mood_ != Mood::logo) return std::min(blink, untilMoved(now, scale));
   // Falling asleep begins without a word from anybody.
   if (!surroundings.idle) return blink;
   return std::clamp(kIdleBeforeSleep - *surroundings.idle, kQuickFrame, blink);

@@ -48,9 +48,10 @@ class Mascot {
   Features features(double now, const Surroundings& surroundings) const;
 
   // Seconds from `now` until the figure looks different enough to be drawn again: a display frame
-  // while something quick is on, longer for the breath alone, up to the next blink for a figure
-  // that does not even breathe. Above 0.
-  double untilNextFrame(double now, const Surroundings& surroundings) const;
+  // while something quick is on, one slow frame or several for the breath alone, up to the next
+  // blink for a figure that does not even breathe. Above 0. `scale` is points per unit: the smaller
+  // the figure, the less of its breath is seen.
+  double untilNextFrame(double now, const Surroundings& surroundings, double scale = 1) const;
 
   // Seconds until the next slow frame: those of all figures fall on the same moments, the
   // twentieths of a second, so that a window with several of them is drawn once for all. At most a
@@ -64,6 +65,8 @@ class Mascot {
     double start;
   };
 
+  // Seconds until the slow frame by which a breathing figure has moved enough to be drawn again.
+  double untilMoved(double now, double scale) const;
   bool isQuick(double now, const Surroundings& surroundings) const;
 
   Mood mood_;

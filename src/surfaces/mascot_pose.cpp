@@ -20,6 +20,12 @@ constexpr double kFirstBlink = 3.9;  // in the cycle
 constexpr double kSecondBlink = 4.12;
 constexpr double kBlinkHalf = 0.09;  // to close, and again to open
 constexpr int kTwiceEvery = 3;       // cycles
+
+// Units: from the foot of the figure, about which it leans and flattens, to the top of its body;
+// from the foot of the tuft to its tip; and the way of the drop in a whole phase.
+constexpr double kHeight = 96;
+constexpr Point kTuft = {16, -10};
+constexpr double kDropWay = 22 / 0.85;
 constexpr double kSweatyDrip = 2.6;
 constexpr double kStressedDrip = 1.6;
 constexpr double kShiverEvery = 3;
@@ -74,6 +80,18 @@ MascotPose MascotPose::of(MascotMood mood, double time) {
     pose.brow = 1.6 * std::max(std::sin(w / 1.5), 0.0);
   }
   return pose;
+}
+
+double MascotPose::distanceTo(const MascotPose& other) const {
+  constexpr double kRadians = std::numbers::pi / 180;
+  // The angles are small enough for an arc to be taken as straight.
+  const double lean = (other.tilt - tilt) * kRadians;
+  const double x = other.shake - shake + kHeight * lean;
+  const double y = other.dy - dy + kHeight * (other.squash - squash);
+  const double swing = (other.tuft - tuft) * kRadians;
+  const double drop = drip && other.drip ? kDropWay * std::abs(*other.drip - *drip) : 0;
+  return std::max({std::hypot(x, y), std::hypot(x - kTuft.y * swing, y + kTuft.x * swing), drop,
+                   std::abs(other.brow - brow)});
 }
 
 double MascotPose::nextBlink(double time) {

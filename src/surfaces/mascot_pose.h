@@ -26,6 +26,10 @@ struct MascotPose {
   // How a figure of that mood stands at that time when nothing happens to it.
   static MascotPose of(MascotMood mood, double time);
 
+  // How far the point of the figure that moves the furthest has to go from this pose to the other:
+  // the top of the body, the tip of the tuft, the brows or the drop. The eyes are left out.
+  double distanceTo(const MascotPose& other) const;
+
   // When, after `time`, the eyes begin to close next, or are still closing or opening: then `time`.
   static double nextBlink(double time);
 

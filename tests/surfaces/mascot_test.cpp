@@ -1,6 +1,7 @@
 #include "surfaces/mascot.h"
 
 #include <cmath>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -166,14 +167,45 @@ TEST(MascotTest, SteamIsInThePose) {
 TEST(MascotTest, DrawsOftenOnlyWhileSomethingQuickIsOn) {
   // At 1000 seconds no eye closes: 232 cycles and 2.4 seconds.
   Mascot mascot(Mood::happy);
-  const double breathing = mascot.untilNextFrame(kNow, {});
-  EXPECT_GT(breathing, 0.04);
+  EXPECT_GT(mascot.untilNextFrame(kNow, {}), 0.04);
   mascot.tap(kNow);
   EXPECT_LT(mascot.untilNextFrame(kNow + 0.1, {}), 0.02);
-  EXPECT_NEAR(mascot.untilNextFrame(kNow + 1, {}), breathing, kClose);
+  EXPECT_GT(mascot.untilNextFrame(kNow + 1, {}), 0.04);
   mascot.setMood(Mood::sweaty, kNow + 1);
   EXPECT_LT(mascot.untilNextFrame(kNow + 1.1, {}), 0.02);
-  EXPECT_LT(mascot.untilNextFrame(kNow + 1.9 - 0.35, {}), 0.02) << "the eyes close";
+  EXPECT_LT(mascot.untilNextFrame(kNow + 1.9 - 0.35, {}), 0.04) << "the eyes close";
+}
+
+// Every slow frame that is left out shows what the one before it shows, but for half a point.
+TEST(MascotTest, ABreathIsDrawnWhenItHasMoved) {
+  for (const Mood mood : {Mood::happy, Mood::sweaty, Mood::relieved}) {
+    for (const double scale : {0.4, 0.87, 2.0}) {
+      const Mascot mascot(mood);
+      int frames = 0;
+      for (double t = kNow; t < kNow + 60; ++frames) {
+        const double until = mascot.untilNextFrame(t, {}, scale);
+        const auto drawn = mascot.pose(t, {});
+        const double grid = std::ceil((t + 0.017) * 20) / 20;
+        for (double skipped = grid; skipped < t + until - 0.01; skipped += 0.05) {
+          ASSERT_LT(drawn.distanceTo(mascot.pose(skipped, {})) * scale, 0.5) << t;
+        }
+        ASSERT_LE(until, 0.32);
+        t += until;
+      }
+      EXPECT_LE(frames / 60.0, 4 + 12 * std::max(scale, 0.5)) << static_cast<int>(mood) << scale;
+    }
+  }
+}
+
+TEST(MascotTest, TheSmallerTheFigureTheFewerItsFrames) {
+  const auto frames = [](double scale) {
+    const Mascot mascot(Mood::happy);
+    int count = 0;
+    for (double t = kNow; t < kNow + 60; ++count) t += mascot.untilNextFrame(t, {}, scale);
+    return count;
+  };
+  EXPECT_LT(frames(0.4), frames(0.87));
+  EXPECT_LT(frames(0.87), frames(2));
 }
 
 TEST(MascotTest, AFigureThatDoesNotBreatheWaitsForItsBlink) {
@@ -231,12 +263,15 @@ TEST(MascotTest, FiguresThatBeganAtAnyTimeAreInStepAfterTwoFrames) {
   }
 }
 
-TEST(MascotTest, TwoBreathingFiguresAskForTheSameMoment) {
-  const Mascot mascot(Mood::happy, 0);
-  const Mascot other(Mood::relieved, 0.5);
-  const double soon = kNow + 0.021;
-  EXPECT_NEAR(kNow + mascot.untilNextFrame(kNow, {}), soon + other.untilNextFrame(soon, {}),
-              kClose);
+TEST(MascotTest, BreathingFiguresAskForMomentsOfTheSameGrid) {
+  for (const auto& [mood, seed, scale] :
+       {std::tuple(Mood::happy, 0.0, 0.87), std::tuple(Mood::relieved, 0.5, 0.4)}) {
+    const Mascot mascot(mood, seed);
+    for (double begin = kNow; begin < kNow + 0.05; begin += 0.0037) {
+      const double now = begin + mascot.untilNextFrame(begin, {}, scale);
+      EXPECT_NEAR(now * 20, std::round(now * 20), 1e-6) << begin;
+    }
+  }
 }
 
 }  // namespace

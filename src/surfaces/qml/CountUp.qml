@@ -14,6 +14,10 @@ EXText {
     elide: Text.ElideNone
     function rollOn() {
         roll.stop();
+        if (roll.ready && format(value) === text) {
+            shown = value;
+            return;
+        }
         roll.to = value;
         roll.start();
     }

@@ -159,7 +159,8 @@ void MascotItem::waitForNextFrame() {
     next_.stop();
     return;
   }
-  const double milliseconds = mascot_.untilNextFrame(now(), surroundings()) * 1000;
+  const double scale = figure_ / MascotFigure::kUnits;
+  const double milliseconds = mascot_.untilNextFrame(now(), surroundings(), scale) * 1000;
   // A whole number of them is not to become one less: slow frames fall on the same moment.
   constexpr double kRounding = 1e-3;
   next_.start(std::max(static_cast<int>(milliseconds + kRounding), 1));
