@@ -20,7 +20,8 @@ class DesktopFacts {
   // be asked at every frame that is drawn.
   virtual std::optional<double> idleSeconds() = 0;
 
-  // Called after each change of the first two. A second callback takes the place of the first.
+  // Called after each change of the first two, and when the desktop may have got a place for menu
+  // bar items. A second callback takes the place of the first.
   virtual void onChange(std::function<void()> changed) = 0;
 };
 

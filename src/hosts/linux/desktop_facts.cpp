@@ -15,6 +15,12 @@ constexpr const char* kInterface = "org.gnome.desktop.interface";
 constexpr const char* kIdleMonitor = "org.gnome.Mutter.IdleMonitor";
 constexpr const char* kIdlePath = "/org/gnome/Mutter/IdleMonitor/Core";
 
+// The watcher keeps the list of items; a host shows them. Either may come first.
+constexpr const char* kBus = "org.freedesktop.DBus";
+constexpr const char* kBusPath = "/org/freedesktop/DBus";
+constexpr const char* kTrayWatcher = "org.kde.StatusNotifierWatcher";
+constexpr const char* kTrayWatcherPath = "/StatusNotifierWatcher";
+
 constexpr double kTimeoutSeconds = 20;
 
 // Values of "color-scheme".
@@ -54,6 +60,8 @@ LinuxDesktopFacts::LinuxDesktopFacts(std::shared_ptr<BusConnection> session, Sch
   session_->onDown([this] {
     readCall_.reset();
     changeSignal_.reset();
+    watcherSignal_.reset();
+    trayHostSignal_.reset();
     idleCall_.reset();
     idle_.reset();
   });
@@ -70,11 +78,19 @@ void LinuxDesktopFacts::listen(sd_bus* bus) {
                                   tell();
                                 }
                               });
+  const auto trayMayHaveCome = [this](sd_bus_message*) { tell(); };
+  watcherSignal_ =
+      onBusSignal(bus, {kBus, kBusPath, kBus, "NameOwnerChanged", kTrayWatcher}, trayMayHaveCome);
+  trayHostSignal_ = onBusSignal(
+      bus, {kTrayWatcher, kTrayWatcherPath, kTrayWatcher, "StatusNotifierHostRegistered"},
+      trayMayHaveCome);
   const BusMessage call = newBusCall(bus, kPortal, kPortalPath, kSettings, "ReadAll");
   if (!call || sd_bus_message_append(call.get(), "as", 2, kAppearance, kInterface) < 0) return;
   readCall_ = sendBusCall(bus, call.get(), kTimeoutSeconds, [this](sd_bus_message* answer) {
     if (!isError(answer)) readAll(answer);
     readCall_.reset();
+    // In any case: from here on nothing is missed, and before it a tray may have come.
+    tell();
   });
 }
 
@@ -85,7 +101,6 @@ void LinuxDesktopFacts::readAll(sd_bus_message* answer) {
     readNamespace(answer);
     if (sd_bus_message_exit_container(answer) < 0) break;
   }
-  tell();
 }
 
 void LinuxDesktopFacts::readNamespace(sd_bus_message* message) {

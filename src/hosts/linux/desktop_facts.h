@@ -1,6 +1,7 @@
 // What the desktop says of its user: appearance and motion by the settings portal
-// (org.freedesktop.portal.Settings), idleness by the shell's idle monitor (org.gnome.Mutter). A
-// desktop that has neither says nothing. Main thread only.
+// (org.freedesktop.portal.Settings), idleness by the shell's idle monitor (org.gnome.Mutter), a
+// tray by its watcher (org.kde.StatusNotifierWatcher). A desktop that has none of them says
+// nothing. Main thread only.
 #pragma once
 
 #include <cstdint>
@@ -51,6 +52,8 @@ class LinuxDesktopFacts final : public DesktopFacts {
   double idleAskedAt_ = -kIdleAge;  // uptime
   BusSlot readCall_;
   BusSlot changeSignal_;
+  BusSlot watcherSignal_;
+  BusSlot trayHostSignal_;
   BusSlot idleCall_;
 };
 

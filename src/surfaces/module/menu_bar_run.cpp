@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QUrl>
 
+#include "hosts/qt/menu_bar_place.h"
 #include "surfaces/appearance_mode.h"
 #include "surfaces/qt/content_values.h"
 
@@ -16,17 +17,13 @@ constexpr std::string_view kNoPlace =
     "Embrix: this desktop has no place for menu bar items, so it opens as a window. Closing that "
     "ends it.\n";
 
-PopoverWindow::Form formHere() {
-  return MenuBarItem::hasPlace() ? PopoverWindow::Form::panel : PopoverWindow::Form::window;
-}
-
 }  // namespace
 
 MenuBarRun::MenuBarRun(const WindowRun& run)
     : run_(run),
       scheduler_(run.loop.scheduler()),
       loop_(run.loop),
-      popover_(engine_, run.model, scheduler_, actions(), formHere()) {
+      popover_(engine_, run.model, scheduler_, actions(), PopoverWindow::Form::window) {
   engine_.values().motion().setFrozen(run_.isTestRun);
   engine_.values().setIdle([this] { return run_.desktop.idleSeconds(); });
   engine_.values().icons().setLookup(
@@ -58,6 +55,17 @@ void MenuBarRun::desktopChanged() {
   engine_.values().palette().setAppearance(isDark ? EX::Appearance::dark : EX::Appearance::light);
   engine_.values().motion().setReduced(run_.desktop.reducesMotion());
   if (item_) item_->refresh();
+  // At login the tray may come later than the programs that want to stand in it.
+  if (isWaitingForPlace_ && takePlace()) isWaitingForPlace_ = false;
+}
+
+bool MenuBarRun::takePlace() {
+  if (!hasMenuBarPlace()) return false;
+  item_ = std::make_unique<MenuBarItem>(
+      run_.model, scheduler_, [this] { return run_.desktop.reducesMotion(); },
+      [this](std::optional<QPoint> anchor) { togglePopover(anchor); });
+  popover_.setForm(PopoverWindow::Form::panel);
+  return true;
 }
 
 void MenuBarRun::togglePopover(std::optional<QPoint> anchor) {
@@ -69,14 +77,12 @@ void MenuBarRun::togglePopover(std::optional<QPoint> anchor) {
 }
 
 void MenuBarRun::run() {
-  if (MenuBarItem::hasPlace()) {
-    item_ = std::make_unique<MenuBarItem>(
-        run_.model, scheduler_, [this] { return run_.desktop.reducesMotion(); },
-        [this](std::optional<QPoint> anchor) { togglePopover(anchor); });
-  } else {
+  if (!takePlace()) {
+    isWaitingForPlace_ = true;
     run_.say(kNoPlace);
-    QObject::connect(&popover_, &PopoverWindow::closed, &popover_,
-                     [] { QCoreApplication::quit(); });
+    QObject::connect(&popover_, &PopoverWindow::closed, &popover_, [this] {
+      if (!item_) QCoreApplication::quit();
+    });
     popover_.open(std::nullopt);
   }
   firstAppearance_.emplace(run_.model, scheduler_, run_.arguments, false, [](bool) {});

@@ -26,6 +26,8 @@ class MenuBarRun {
  private:
   DesktopActions actions();
   void desktopChanged();
+  // False on a desktop without a place for the item.
+  bool takePlace();
   void togglePopover(std::optional<QPoint> anchor);
 
   const WindowRun& run_;
@@ -33,7 +35,8 @@ class MenuBarRun {
   SurfaceEngine engine_;
   ToolkitLoop loop_;
   PopoverWindow popover_;
-  std::unique_ptr<MenuBarItem> item_;  // null on a desktop without a place for it
+  std::unique_ptr<MenuBarItem> item_;  // null while the desktop has no place for it
+  bool isWaitingForPlace_ = false;
   std::optional<FirstAppearance> firstAppearance_;
 };
 

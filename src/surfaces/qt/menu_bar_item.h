@@ -17,11 +17,10 @@ class MenuBarItem final : public QObject {
   Q_OBJECT
 
  public:
-  // All outlive this. `clicked` is told where the item stands, as far as the desktop says so.
+  // Only where there is a place for it. All outlive this. `clicked` is told where the item stands,
+  // as far as the desktop says so.
   MenuBarItem(PowerModel& model, Scheduler& scheduler, std::function<bool()> reducesMotion,
               std::function<void(std::optional<QPoint>)> clicked);
-
-  static bool hasPlace() { return QSystemTrayIcon::isSystemTrayAvailable(); }
 
   // For changes that tell nobody of themselves.
   void refresh() { label_.refresh(); }

@@ -30,12 +30,14 @@ PopoverWindow::PopoverWindow(SurfaceEngine& engine, PowerModel& model, Scheduler
       model_(model),
       scheduler_(scheduler),
       desktop_(std::move(desktop)),
-      form_(form) {
+      form_(form),
+      nextForm_(form) {
   window_.setTitle(QStringLiteral("Embrix"));
-  window_.setFlags(flagsOf(form_));
   window_.installEventFilter(this);
-  // A window of its own is closed by its user alone: nothing else would bring it back.
-  if (form_ != Form::window) desktop_.dismiss = [this] { close(); };
+  desktop_.dismiss = [this] {
+    // A window of its own is closed by its user alone: nothing else would bring it back.
+    if (form_ != Form::window) close();
+  };
 }
 
 PopoverWindow::~PopoverWindow() {
@@ -47,6 +49,8 @@ void PopoverWindow::open(std::optional<QPoint> anchor) {
   if (isOpen()) {
     window_.raise();
   } else {
+    form_ = nextForm_;
+    window_.setFlags(flagsOf(form_));
     content_.reset(new Content{.viewModel = {model_, desktop_}, .panel = nullptr});
     content_->panel = engine_.make(
         QStringLiteral("PopoverPanel"),

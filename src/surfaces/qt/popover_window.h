@@ -29,6 +29,9 @@ class PopoverWindow final : public QObject {
                 DesktopActions desktop, Form form);
   ~PopoverWindow() override;
 
+  // From the next time on that it opens.
+  void setForm(Form form) { nextForm_ = form; }
+
   // Below (or above, at the bottom of the screen) that point; without one, in the corner where menu
   // bar items stand.
   void open(std::optional<QPoint> anchor);
@@ -60,6 +63,7 @@ class PopoverWindow final : public QObject {
   Scheduler& scheduler_;
   DesktopActions desktop_;
   Form form_;
+  Form nextForm_;
   QQuickWindow window_;
   std::unique_ptr<Content> content_;
   std::optional<QPoint> anchor_;

@@ -78,6 +78,30 @@ TEST_F(LinuxDesktopFactsTest, TellsWhenASettingChanges) {
   EXPECT_GE(told, 2);
 }
 
+TEST_F(LinuxDesktopFactsTest, TellsOnceItListensEvenToADesktopThatSaysNothing) {
+  int told = 0;
+  facts.onChange([&] { ++told; });
+  facts.prefersDark();
+  EXPECT_TRUE(isSoon([&] { return told > 0; }));
+}
+
+TEST_F(LinuxDesktopFactsTest, TellsWhenATrayComes) {
+  const auto portalSays = portal(0, true);
+  int told = 0;
+  facts.onChange([&] { ++told; });
+  facts.prefersDark();
+  ASSERT_TRUE(isSoon([&] { return told > 0; }));
+  told = 0;
+  BusProgram tray(bus.address(), "org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher");
+  ASSERT_TRUE(isSoon([&] { return told > 0; })) << "its watcher";
+  told = 0;
+  tray.run([](sd_bus* sender) {
+    sd_bus_emit_signal(sender, "/StatusNotifierWatcher", "org.kde.StatusNotifierWatcher",
+                       "StatusNotifierHostRegistered", "");
+  });
+  EXPECT_TRUE(isSoon([&] { return told > 0; })) << "what shows the items";
+}
+
 TEST_F(LinuxDesktopFactsTest, AValueOfAnotherTypeSaysNothing) {
   const auto dark = portal(1, true);
   facts.prefersDark();
