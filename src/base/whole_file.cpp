@@ -44,16 +44,6 @@ constexpr std::string_view kBeside = ".new-XXXXXX";
 
 constexpr std::size_t kLeastRoom = 16384;
 
-// Room for the whole file in one part, where the file system can tell. It is no loss where it can
-// not: a disk that is full is told of by writing.
-void reserveRoom([[maybe_unused]] int fd, [[maybe_unused]] std::span<const iovec> parts) {
-#ifdef __linux__
-  off_t size = 0;
-  for (const iovec& part : parts) size += static_cast<off_t>(part.iov_len);
-  if (size > 0) ::fallocate(fd, 0, 0, size);
-#endif
-}
-
 // So many pieces at most in one call of the kernel; POSIX lets it take at least 16, all systems
 // that this runs on take 1,024.
 constexpr std::size_t kMostPieces = 1024;
@@ -67,7 +57,6 @@ bool writeAll(int fd, std::span<const std::string_view> pieces) {
     // writev only reads what is there, but its declaration serves readv as well.
     if (!piece.empty()) rest.push_back({const_cast<char*>(piece.data()), piece.size()});
   }
-  reserveRoom(fd, rest);
   for (std::span<iovec> left = rest; !left.empty();) {
     const auto now = left.first(std::min(left.size(), kMostPieces));
     const ssize_t result = ::writev(fd, now.data(), static_cast<int>(now.size()));

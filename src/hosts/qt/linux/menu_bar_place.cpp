@@ -1,9 +1,5 @@
 #include "hosts/qt/menu_bar_place.h"
 
-#include <QtGlobal>
-
-#ifdef Q_OS_LINUX
-
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -58,15 +54,3 @@ bool hasMenuBarPlace() {
 }
 
 }  // namespace embrix
-
-#else
-
-namespace embrix {
-
-bool hasMenuBarPlace() {
-  return true;
-}
-
-}  // namespace embrix
-
-#endif
