@@ -25,9 +25,11 @@ class Descriptor {
   int number() const noexcept { return number_; }
   // Hands it to an owner who closes it himself.
   int release() noexcept { return std::exchange(number_, -1); }
-  void close() noexcept {
-    if (number_ >= 0) ::close(number_);
-    number_ = -1;
+  // False when it could not be: some file systems tell only here that the bytes did not fit. True
+  // when nothing is open.
+  bool close() noexcept {
+    const int number = release();
+    return number < 0 || ::close(number) == 0;
   }
 
  private:

@@ -12,32 +12,11 @@
 #include <system_error>
 #include <vector>
 
+#include "base/descriptor.h"
+
 namespace embrix {
 
 namespace {
-
-// An open descriptor that closes itself.
-class Descriptor {
- public:
-  explicit Descriptor(int fd) : fd_(fd) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() { close(); }
-
-  int get() const { return fd_; }
-  bool isOpen() const { return fd_ >= 0; }
-
-  // Some file systems tell only here that the bytes did not fit.
-  bool close() {
-    if (fd_ < 0) return true;
-    const int result = ::close(fd_);
-    fd_ = -1;
-    return result == 0;
-  }
-
- private:
-  int fd_;
-};
 
 // Stands behind the name of a file that is being written; mkostemp fills in letters and digits.
 constexpr std::string_view kBeside = ".new-XXXXXX";
@@ -97,7 +76,7 @@ std::optional<std::string> readWholeFile(const std::string& path, std::size_t li
   const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file.isOpen()) return std::nullopt;
   struct stat facts = {};
-  if (::fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
+  if (::fstat(file.number(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
 
   // Room for the whole file and one byte more, by which a file that has grown meanwhile is noticed;
   // files of the kernel's own have no size.
@@ -105,7 +84,7 @@ std::optional<std::string> readWholeFile(const std::string& path, std::size_t li
   std::string bytes(std::min(size, limit) + 1, '\0');
   for (std::size_t used = 0;;) {
     if (used == bytes.size()) bytes.resize(2 * used + kLeastRoom);
-    const ssize_t got = ::read(file.get(), bytes.data() + used, bytes.size() - used);
+    const ssize_t got = ::read(file.number(), bytes.data() + used, bytes.size() - used);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return std::nullopt;
     used += static_cast<std::size_t>(got);
@@ -131,7 +110,7 @@ bool replaceFile(const std::string& path, std::span<const std::string_view> piec
   std::string beside = path + std::string(kBeside);
   Descriptor file(::mkostemp(beside.data(), O_CLOEXEC));  // mode 0600
   if (!file.isOpen()) return false;
-  const bool written = writeAll(file.get(), pieces) && syncFile(file.get()) && file.close();
+  const bool written = writeAll(file.number(), pieces) && syncFile(file.number()) && file.close();
   if (!written || std::rename(beside.c_str(), path.c_str()) != 0) {
     ::unlink(beside.c_str());
     return false;
@@ -141,7 +120,7 @@ bool replaceFile(const std::string& path, std::span<const std::string_view> piec
 
 void syncFolder(const std::string& folder) {
   const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (descriptor.isOpen()) ::fsync(descriptor.get());
+  if (descriptor.isOpen()) ::fsync(descriptor.number());
 }
 
 void removeHalfWritten(const std::string& path) {
