@@ -49,7 +49,7 @@ History Fixture::history(double now) {
         SharedMap<double>({{"tool:node", node}, {"app:safari", safari}, {"app:mail", mail}});
     point.temperature = 52 + 1.3 * node;
     point.cpuPercent = 20 * (node + safari);
-    point.label = SharedText(node > safari ? "Node" : "Safari");
+    point.label = SharedText(node > safari ? "node" : "Safari");
     history.append(std::move(point));
   }
   return history;
@@ -64,7 +64,7 @@ DischargeSession Fixture::discharge(double now) {
                             {"tool:emulator", 2.1},
                             {"app:music", 0.7},
                             {"app:mail", 0.4}};
-  session.groupNames = {{"tool:node", "Node"},
+  session.groupNames = {{"tool:node", "node"},
                         {"app:safari", "Safari"},
                         {"tool:emulator", "Android emulator"},
                         {"app:music", "Music"},
@@ -90,7 +90,7 @@ Archive Fixture::archive(double now) {
                                           {"tool:emulator", total * 0.12},
                                           {"app:music", total * 0.05},
                                           {"app:mail", total * 0.03}});
-    day.appNames = SharedMap<SharedText>({{"tool:node", "Node"},
+    day.appNames = SharedMap<SharedText>({{"tool:node", "node"},
                                           {"app:safari", "Safari"},
                                           {"tool:emulator", "Android emulator"},
                                           {"app:music", "Music"},
@@ -109,7 +109,7 @@ DayLedger Fixture::ledger(double now) {
   ledger.groupWattHours = {{"tool:node", 24.6},    {"app:safari", 17.3}, {"tool:emulator", 9.8},
                            {"tool:orbstack", 4.1}, {"app:music", 3.2},   {"tool:dev", 1.9},
                            {"app:mail", 1.6}};
-  ledger.groupNames = {{"tool:node", "Node"},
+  ledger.groupNames = {{"tool:node", "node"},
                        {"app:safari", "Safari"},
                        {"tool:emulator", "Android emulator"},
                        {"tool:orbstack", "OrbStack Helper"},
@@ -121,7 +121,7 @@ DayLedger Fixture::ledger(double now) {
   ledger.longestSpellSeconds = 1380;
   ledger.peakWatts = 46.2;
   ledger.peakTime = now - 5200;
-  ledger.peakLabel = SharedText("Node");
+  ledger.peakLabel = SharedText("node");
   ledger.spellSeconds = 340;
   return ledger;
 }

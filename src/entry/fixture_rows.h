@@ -28,7 +28,7 @@ struct FixtureGroup {
 inline const std::vector<FixtureGroup>& fixtureGroups() {
   static const std::vector<FixtureGroup> kGroups = {
       {"tool:node",
-       "Node",
+       "node",
        "",
        {{4319, "node", 10.8, 214, 0, 742, 37}, {4320, "node", 1.2, 22, 0, 318, 37}}},
       {"app:safari",
