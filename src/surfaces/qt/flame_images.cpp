@@ -126,7 +126,7 @@ QPixmap FlameImages::draw(const MenuBarLabel::Content& label, int height) const 
     canvas.flame({0, 0, edge, edge});
     canvas.text(words, edge + gap + words.width / 2, edge * 0.72);
   } else if (label.watts) {
-    const double flame = edge * 0.62;
+    const double flame = edge * 0.56;
     canvas.flame({(edge - flame) / 2, 0, flame, flame});
     canvas.text(words, edge / 2, edge - edge * 0.04);
   } else {

@@ -89,6 +89,23 @@ TEST_F(FlameImagesTest, WattsStandBesideTheFlameInABarAndBelowItInASquare) {
   EXPECT_GT(count(square.draw(twelve, 44), isWhite), 30) << "digits can be read";
 }
 
+TEST_F(FlameImagesTest, TheFlameStandsClearOfTheFiguresBelowIt) {
+  for (const int height : {16, 22, 44, 64}) {
+    const QImage image = square.draw(label(LoadLevel::calm, {}, "0 W"), height).toImage();
+    // Seen on a dark bar.
+    const auto isClear = [&](int y) {
+      for (int x = 0; x < image.width(); ++x) {
+        const QColor color = image.pixelColor(x, y);
+        if (color.lightnessF() * color.alphaF() > 0.25) return false;
+      }
+      return true;
+    };
+    bool isBetween = false;
+    for (int y = height / 2; y < height * 3 / 4; ++y) isBetween |= isClear(y);
+    EXPECT_TRUE(isBetween) << "they run together at a height of " << height;
+  }
+}
+
 TEST_F(FlameImagesTest, ThreeDigitsFitIntoTheSquare) {
   const QImage image = square.draw(label(LoadLevel::hot, {}, "128 W"), 44).toImage();
   for (int y = 0; y < image.height(); ++y) {
