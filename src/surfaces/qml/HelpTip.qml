@@ -7,8 +7,12 @@ T.ToolTip {
     id: tip
 
     property bool shown: false
+    // Who has pressed the control knows what it does, and looks at what that has opened.
+    property bool isDone: false
+    onShownChanged: if (!shown) isDone = false
 
-    visible: shown && text !== ""
+    objectName: "help"
+    visible: shown && !isDone && text !== ""
     delay: 700
     x: parent ? Math.round((parent.width - implicitWidth) / 2) : 0
     y: -implicitHeight - 6
@@ -29,5 +33,14 @@ T.ToolTip {
         color: "white"
         wrapMode: Text.Wrap
         elide: Text.ElideNone
+    }
+
+    Connections {
+        target: tip.parent
+        ignoreUnknownSignals: true
+        function onPressedChanged() {
+            if (tip.parent.pressed)
+                tip.isDone = true;
+        }
     }
 }

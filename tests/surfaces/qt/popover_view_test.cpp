@@ -338,6 +338,27 @@ TEST_F(PopoverViewTest, TheSettingsMenuHoldsItsItemsInOrder) {
   EXPECT_EQ(log, (std::vector<std::string>{"terminate"}));
 }
 
+TEST_F(PopoverViewTest, AHelpTextDoesNotLieOverWhatItsControlHasOpened) {
+  open();
+  QQuickItem* control = find("settings-menu");
+  auto* help = control->findChild<QObject*>("help");
+  ASSERT_NE(help, nullptr);
+  help->setProperty("delay", 0);
+  const QPoint place = control->mapToScene({control->width() / 2, control->height() / 2}).toPoint();
+  QTest::mouseMove(&popover->window(), place);
+  settle();
+  EXPECT_TRUE(help->property("visible").toBool());
+  click("settings-menu");
+  EXPECT_TRUE(isMenuOpen("settings-items"));
+  EXPECT_FALSE(help->property("visible").toBool());
+  press(Qt::Key_Escape);
+  QTest::mouseMove(&popover->window(), QPoint(6, 6));
+  settle();
+  QTest::mouseMove(&popover->window(), place);
+  settle();
+  EXPECT_TRUE(help->property("visible").toBool()) << "the pointer has come anew";
+}
+
 TEST_F(PopoverViewTest, KeysOpenWhatTheyName) {
   open();
   press(Qt::Key_O, Qt::ControlModifier);
