@@ -23,14 +23,16 @@ StaggeredAppear {
         Behavior on opacity { EaseOut { milliseconds: 200 } }
 
         contentItem: Item {
-            implicitHeight: 38
+            implicitHeight: Math.max(38, detail.y + detail.height)
             KindTile {
                 id: tile
                 anchors.verticalCenter: parent.verticalCenter
                 symbol: stage.content.symbol
                 color: EX[stage.content.tile]
             }
+            // What tells two devices apart often stands at the end: a second line for it.
             EXText {
+                id: title
                 anchors.left: tile.right
                 anchors.leftMargin: 10
                 anchors.right: memory.left
@@ -38,13 +40,16 @@ StaggeredAppear {
                 y: 1
                 text: stage.content.title
                 font: EXFont.text(14.5, 700)
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
             }
             EXText {
+                id: detail
                 anchors.left: tile.right
                 anchors.leftMargin: 10
                 anchors.right: memory.left
                 anchors.rightMargin: 8
-                y: 21
+                y: title.y + title.height + 1
                 text: stage.content.detail
                 font: EXFont.text(12.5, 400)
                 color: EX.muted

@@ -524,6 +524,36 @@ TEST_F(PopoverViewTest, LinksOpenTheirPages) {
   }
 }
 
+TEST_F(PopoverViewTest, ATitleThatIsTooLongForALineHasASecond) {
+  Frame frame = frameWithForgotten(world.scheduler.wall, 3);
+  frame.forgotten[0].title = "iOS Simulator · iPhone 17 Pro Max";
+  frame.forgotten[1].title = std::string(300, 'W');
+  take(std::move(frame));
+  open();
+  const auto row = [&](int place) {
+    const auto id = world.model().forgottenRows().at(static_cast<std::size_t>(place)).id();
+    return find("left-running-row-" + QString::fromStdString(id.string()));
+  };
+  const auto title = [&](QQuickItem* of) -> QQuickItem* {
+    for (auto* text : of->findChildren<QQuickItem*>()) {
+      if (text->property("maximumLineCount").toInt() == 2) return text;
+    }
+    return nullptr;
+  };
+  const auto place = [](QQuickItem* item) {
+    return item->mapRectToScene({0, 0, item->width(), item->height()});
+  };
+  ASSERT_NE(title(row(0)), nullptr);
+  EXPECT_FALSE(title(row(0))->property("truncated").toBool());
+  EXPECT_EQ(title(row(0))->property("lineCount").toInt(), 2);
+  EXPECT_TRUE(title(row(1))->property("truncated").toBool());
+  EXPECT_EQ(title(row(1))->property("lineCount").toInt(), 2);
+  EXPECT_EQ(title(row(2))->property("lineCount").toInt(), 1);
+  EXPECT_LE(place(row(0)).bottom(), place(row(1)).top());
+  EXPECT_LE(place(row(1)).bottom(), place(row(2)).top());
+  EXPECT_LE(place(row(2)).bottom(), place(find("free-up")).top());
+}
+
 TEST_F(PopoverViewTest, LongNamesHugeFiguresAndHostileTextsStayInside) {
   const std::string endless(300, 'W');
   Frame frame = frameWithForgotten(world.scheduler.wall, 3);
