@@ -78,10 +78,12 @@ FocusScope {
             }
             EXText {
                 width: parent.width
+                objectName: "confirm-question"
                 text: overlay.confirmation.question
                 font: EXFont.text(19, 700)
                 wrapMode: Text.Wrap
-                elide: Text.ElideNone
+                // Names come from outside; the answers stay in sight whatever they are.
+                maximumLineCount: 4
             }
             EXText {
                 visible: text !== ""

@@ -208,6 +208,24 @@ TEST_F(PopoverViewTest, TheCardsButtonsDoWhatTheySay) {
   EXPECT_EQ(ended(), 1);
 }
 
+TEST_F(PopoverViewTest, TheAnswersStayInSightHoweverLongTheQuestion) {
+  Frame frame = frameWithForgotten(world.scheduler.wall, 1);
+  frame.forgotten[0].title = std::string(300, 'W');
+  take(std::move(frame));
+  open();
+  click(stopButton());
+  popover->window().grabWindow();  // what has become higher is laid out when it is next drawn
+  const auto place = [&](const QString& name) {
+    const QQuickItem* item = find(name);
+    return item->mapRectToScene({0, 0, item->width(), item->height()});
+  };
+  EXPECT_GE(place("confirm-card").top(), 0);
+  EXPECT_LE(place("confirm-card").bottom(), popover->window().height());
+  EXPECT_LT(place("confirm-question").bottom(), place("confirm-action").top());
+  click("confirm-action");
+  EXPECT_EQ(ended(), 1);
+}
+
 TEST_F(PopoverViewTest, AClickBesideTheCardIsANo) {
   take(frameWithForgotten(world.scheduler.wall, 3));
   open();
