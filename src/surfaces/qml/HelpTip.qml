@@ -24,13 +24,13 @@ T.ToolTip {
 
     background: Rectangle {
         radius: 8
-        color: EX.inkFixed
+        color: EX.primaryFill
     }
     contentItem: EXText {
         id: label
         text: tip.text
         font: EXFont.text(12, 500)
-        color: "white"
+        color: EX.onPrimary
         wrapMode: Text.Wrap
         elide: Text.ElideNone
     }

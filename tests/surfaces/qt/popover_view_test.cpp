@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include <QAccessible>
 #include <QGuiApplication>
 #include <QQuickItem>
@@ -375,6 +377,21 @@ TEST_F(PopoverViewTest, AHelpTextDoesNotLieOverWhatItsControlHasOpened) {
   QTest::mouseMove(&popover->window(), place);
   settle();
   EXPECT_TRUE(help->property("visible").toBool()) << "the pointer has come anew";
+}
+
+TEST_F(PopoverViewTest, AHelpTextStandsOutFromWhatItLiesOn) {
+  open();
+  const QObject* help = find("settings-menu")->findChild<QObject*>("help");
+  ASSERT_NE(help, nullptr);
+  const auto* face = qobject_cast<QQuickItem*>(help->property("background").value<QObject*>());
+  ASSERT_NE(face, nullptr);
+  for (const auto appearance : {EX::Appearance::light, EX::Appearance::dark}) {
+    engine.values().palette().setAppearance(appearance);
+    settle();
+    const auto below = find("left-running")->property("color").value<QColor>().lightnessF();
+    const auto above = face->property("color").value<QColor>().lightnessF();
+    EXPECT_GT(std::abs(above - below), 0.5);
+  }
 }
 
 TEST_F(PopoverViewTest, KeysOpenWhatTheyName) {
