@@ -80,9 +80,9 @@ class Drawing {
     for (const double delay : {0.0, 0.8, 1.6}) {
       const double life = phase(pose_.time + delay, kCycle) * kCycle / kLife;
       if (life >= 1) continue;
-      const double size = 6 + 5 * life;
-      const double left = 92 + 10 * life + 2 * std::sin(kTurn * life);
-      const double top = 26 - 30 * life;
+      const double size = 4.5 + 3 * life;
+      const double left = 92 + 12 * life + 2 * std::sin(kTurn * life);
+      const double top = 26 - 34 * life;
       const double opacity = features_.zzz * std::min({1.0, life / kFade, (1 - life) / kFade});
       picture_.stroke(
           Path().addLines(

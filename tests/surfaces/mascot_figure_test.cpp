@@ -164,6 +164,25 @@ TEST(MascotFigureTest, LettersRiseWhileItSleeps) {
   EXPECT_LT(figure(face, {.time = 0.6}).shapes.size(), picture.shapes.size());
 }
 
+TEST(MascotFigureTest, TheLettersOfSleepDoNotTouch) {
+  const auto awake = figure(MascotFeatures::of(Mood::happy)).shapes.size();
+  const auto face = MascotFeatures::frozen(Mood::happy, MascotFrozenState::dozing);
+  for (double time = 0; time < 2.4; time += 0.05) {
+    std::vector<Shape> letters = figure(face, {.time = time}).shapes;
+    // The sleeping eyes are without their two glints.
+    ASSERT_GT(letters.size(), awake - 2);
+    letters.resize(letters.size() - (awake - 2));
+    std::sort(letters.begin(), letters.end(), [](const Shape& higher, const Shape& lower) {
+      return placed(higher).y < placed(lower).y;
+    });
+    for (std::size_t i = 1; i < letters.size(); ++i) {
+      const Rect above = placed(letters[i - 1]);
+      EXPECT_GT(placed(letters[i]).y - letters[i].lineWidth, above.y + above.height)
+          << "at " << time;
+    }
+  }
+}
+
 TEST(MascotFigureTest, NothingReachesBeyondTheOverhang) {
   for (const Mood mood : kMascotMoods) {
     for (double time = 0; time < 20; time += 0.037) {
