@@ -15,7 +15,6 @@ T.Slider {
     snapMode: T.Slider.SnapAlways
     focusPolicy: Qt.StrongFocus
     opacity: enabled || !parent?.enabled ? 1 : 0.5
-    layer.enabled: opacity < 1
     Accessible.name: title
 
     background: Item {

@@ -14,7 +14,6 @@ T.Switch {
     spacing: 12
     focusPolicy: Qt.StrongFocus
     opacity: enabled || !parent?.enabled ? 1 : 0.45
-    layer.enabled: opacity < 1
     Accessible.role: Accessible.CheckBox
     Accessible.name: text
     Accessible.checkable: true

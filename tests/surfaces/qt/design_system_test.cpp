@@ -4,6 +4,7 @@
 
 #include <QAccessible>
 #include <QFont>
+#include <QImage>
 #include <QQmlComponent>
 #include <QQuickItem>
 #include <QQuickWindow>
@@ -66,6 +67,18 @@ class DesignSystemTest : public testing::Test {
     QTest::mouseClick(&window, Qt::LeftButton, Qt::NoModifier, middleOf(of));
   }
   void press(Qt::Key key) { QTest::keyClick(&window, key); }
+
+  // How many pixels of the item are not as the empty window is.
+  int pixelsDrawn() {
+    const QImage image = window.grabWindow();
+    const QRgb nothing = image.pixel(image.width() - 1, image.height() - 1);
+    const QRect box = QRectF(0, 0, item->width(), item->height()).toAlignedRect() & image.rect();
+    int count = 0;
+    for (int y = box.top(); y <= box.bottom(); ++y) {
+      for (int x = box.left(); x <= box.right(); ++x) count += image.pixel(x, y) != nothing ? 1 : 0;
+    }
+    return count;
+  }
 
   SteppedDriver driver;
   SurfaceEngine engine;
@@ -237,6 +250,15 @@ TEST_F(ToggleTest, TheKeyboardAndThoseWhoDoNotSeeItReachIt) {
   EXPECT_TRUE(face->state().checkable);
 }
 
+TEST_F(ToggleTest, DisabledItIsFaintButThere) {
+  QQuickItem& toggle = make("EXToggle { text: \"Alerts\"; width: 200 }");
+  const int enabled = pixelsDrawn();
+  EXPECT_GT(enabled, 1000);
+  toggle.setEnabled(false);
+  EXPECT_DOUBLE_EQ(toggle.opacity(), 0.45);
+  EXPECT_GT(pixelsDrawn(), enabled * 9 / 10);
+}
+
 class SliderTest : public DesignSystemTest {
  protected:
   QQuickItem& slider(const QByteArray& properties = {}) {
@@ -280,7 +302,12 @@ TEST_F(SliderTest, TheArrowKeysTakeItStepByStep) {
 }
 
 TEST_F(SliderTest, DisabledItIsHalfThereAndStays) {
-  EXPECT_DOUBLE_EQ(slider("enabled: false").opacity(), 0.5);
+  QQuickItem& minutes = slider();
+  const int enabled = pixelsDrawn();
+  EXPECT_GT(enabled, 2000);
+  minutes.setEnabled(false);
+  EXPECT_DOUBLE_EQ(minutes.opacity(), 0.5);
+  EXPECT_GT(pixelsDrawn(), enabled * 9 / 10);
   click(part("track"));
   EXPECT_EQ(value(), 3);
 }
