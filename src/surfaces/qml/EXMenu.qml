@@ -9,16 +9,35 @@ T.Menu {
     property var items: []
     signal chosen(string action)
 
+    // Where the keyboard was before, and whether it had led there.
+    property Item asker: null
+    property bool wasReached: false
+
     // At that place of the item. Its lines are made now, and stay as they are while it is open,
     // however often the machine behind them changes.
     function present(item, x, y) {
-        rebuild();
+        prepare(item);
         popup(item, x, y);
     }
     // Above the item, to its right edge.
     function presentAbove(item) {
-        rebuild();
+        prepare(item);
         popup(item, item.width - implicitWidth, -implicitHeight - 6);
+    }
+
+    function prepare(item) {
+        asker = item.Window.activeFocusItem;
+        wasReached = asker !== null && asker.visualFocus === true;
+        rebuild();
+    }
+    // The toolkit gives the keyboard back to whoever had it, but not to the panel around.
+    onClosed: {
+        if (asker === null)
+            return;
+        const reached = asker.Window.activeFocusItem;
+        if (reached === null || reached === asker.Window.contentItem)
+            asker.forceActiveFocus(wasReached ? Qt.TabFocusReason : Qt.PopupFocusReason);
+        asker = null;
     }
 
     function rebuild() {

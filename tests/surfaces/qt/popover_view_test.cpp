@@ -416,6 +416,44 @@ TEST_F(PopoverViewTest, EscapeClosesIt) {
   EXPECT_EQ(*world.model().visibleSurfaces(), 0);
 }
 
+TEST_F(PopoverViewTest, EscapeInAMenuClosesTheMenuAlone) {
+  take(frameAt(world.scheduler.wall, {app("Xcode", 12)}));
+  open();
+  click("settings-menu");
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(isMenuOpen("settings-items"));
+  EXPECT_TRUE(popover->isOpen());
+  click("culprit", Qt::RightButton);
+  for (const auto key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right, Qt::Key_Escape}) press(key);
+  EXPECT_TRUE(popover->isOpen());
+  for (int i = 0; i < 2 && isMenuOpen("culprit-menu"); ++i) press(Qt::Key_Escape);
+  EXPECT_FALSE(isMenuOpen("culprit-menu"));
+  EXPECT_TRUE(popover->isOpen());
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(popover->isOpen());
+}
+
+TEST_F(PopoverViewTest, AfterAMenuTheKeyboardIsWhereItWas) {
+  take(frameAt(world.scheduler.wall, {app("Xcode", 12)}));
+  open();
+  while (popover->window().activeFocusItem() != find("settings-menu")) press(Qt::Key_Tab);
+  press(Qt::Key_Space);
+  ASSERT_TRUE(isMenuOpen("settings-items"));
+  press(Qt::Key_Escape);
+  EXPECT_EQ(popover->window().activeFocusItem(), find("settings-menu"));
+  EXPECT_TRUE(find("settings-menu")->property("visualFocus").toBool());
+
+  // A question that the menu has led to keeps it until it is answered.
+  click("culprit", Qt::RightButton);
+  press(Qt::Key_Down);
+  press(Qt::Key_Return);
+  ASSERT_TRUE(sees("confirm-card"));
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(sees("confirm-card"));
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(popover->isOpen());
+}
+
 TEST_F(PopoverViewTest, AWindowOfItsOwnStaysWhateverItOpens) {
   open(PopoverWindow::Form::window);
   click("open-embrix");
