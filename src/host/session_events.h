@@ -12,6 +12,9 @@ class SessionEvents {
     std::function<void()> willSleep;      // the machine sleeps as soon as this returns
     std::function<void()> didWake;        // the machine is awake again
     std::function<void()> willTerminate;  // the program ends as soon as this returns
+    // Other code of the application, such as the declarations of its shortcuts, asks for the
+    // dashboard.
+    std::function<void()> openConsole = nullptr;
   };
 
   virtual ~SessionEvents() = default;

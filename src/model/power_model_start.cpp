@@ -63,6 +63,10 @@ void PowerModel::listen() {
                         .willTerminate =
                             [] {
                               if (PowerModel* model = shared()) model->restoreAllCalmed();
+                            },
+                        .openConsole =
+                            [] {
+                              if (PowerModel* model = shared()) model->openConsole();
                             }});
 }
 

@@ -29,6 +29,9 @@ class ScriptedSessionEvents final : public SessionEvents {
   void terminate() {
     if (listener_.willTerminate) listener_.willTerminate();
   }
+  void askForConsole() {
+    if (listener_.openConsole) listener_.openConsole();
+  }
 
  private:
   Listener listener_;

@@ -145,6 +145,7 @@ TEST_F(PowerModelStartTest, WhatComesAfterTheModelsEndDoesNothing) {
   world.events.sleep();
   world.events.wake();
   world.events.terminate();
+  world.events.askForConsole();
   world.notifier.respond({.action = "snooze", .group = "x"});
   EXPECT_THAT(world.control.log, IsEmpty());
 }
@@ -156,6 +157,9 @@ TEST_F(PowerModelStartTest, TheConsoleIsOpenedOnItsFirstPageOnceThereIsSomething
   model.setOpenDashboard([&](DashboardSection section) { opened.push_back(section); });
   model.openConsole();
   EXPECT_THAT(opened, ElementsAre(DashboardSection::overview));
+  world.events.askForConsole();
+  EXPECT_THAT(opened, ElementsAre(DashboardSection::overview, DashboardSection::overview))
+      << "whoever asked";
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// Sleep and wake as the workspace tells them, and the end of the application or of the loop.
+// Sleep and wake as the workspace tells them, the end of the application or of the loop, and the
+// notification "app.embrix.openConsole" of the application's own centre.
 #pragma once
 
 #include <vector>
@@ -21,7 +22,8 @@ class MacSessionEvents final : public SessionEvents {
 
  private:
   Listener listener_;
-  std::vector<CfHolder<CFTypeRef>> observers_;  // two of the workspace, then the application's
+  std::vector<CfHolder<CFTypeRef>>
+      observers_;  // two of the workspace, then those of the application
 };
 
 }  // namespace embrix

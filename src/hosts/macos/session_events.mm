@@ -10,6 +10,9 @@ namespace embrix {
 
 namespace {
 
+// What the application's code in other languages posts, with no object.
+NSNotificationName const kOpenConsole = @"app.embrix.openConsole";
+
 void call(const std::function<void()>& callback) {
   if (callback) callback();
 }
@@ -42,6 +45,9 @@ MacSessionEvents::MacSessionEvents(MacEventLoop& loop) {
         observe(NSNotificationCenter.defaultCenter, NSApplicationWillTerminateNotification, ^{
           ended->end();
         }));
+    observers_.push_back(observe(NSNotificationCenter.defaultCenter, kOpenConsole, ^{
+      call(listener_.openConsole);
+    }));
   }
 }
 
