@@ -118,6 +118,22 @@ TEST_F(PowerModelAutoCalmTest, WhatTheUserRestoredRunsAtFullSpeedWhileANewProces
   EXPECT_THAT(*model.calmed(), ElementsAre(7));
 }
 
+TEST_F(PowerModelAutoCalmTest, OneThatBecomesAnothersIsStillThereAndHasItsSpeedBack) {
+  showAt(5);
+  show({group("s", "Slack", {row(1, "Slack", 0.1, kRoot)})});
+  EXPECT_THAT(world.control.log, ElementsAre("calm 1-1749000000", "restore 1-1749000000"));
+  EXPECT_THAT(*model.calmed(), IsEmpty());
+  EXPECT_THAT(*model.autoCalmed(), IsEmpty());
+}
+
+TEST_F(PowerModelAutoCalmTest, RestoringAllTakesNoOverrideAway) {
+  showAt(5);
+  model.restore({row(1, "Slack", 0.1)});
+  model.restoreAllCalmed();
+  showAt(5);
+  EXPECT_THAT(*model.calmed(), IsEmpty());
+}
+
 TEST_F(PowerModelAutoCalmTest, AnOverrideEndsWithItsProcess) {
   showAt(5);
   model.restore({row(1, "Slack", 0.1)});

@@ -167,6 +167,13 @@ TEST_F(PowerModelCalmTest, StoppingByPIDTrustsTheFrameAlone) {
   EXPECT_THAT(world.control.log, ElementsAre("terminate 1-1749000000"));
 }
 
+TEST_F(PowerModelCalmTest, APIDThatStandsTwiceIsStoppedOnce) {
+  world.control.stubborn.insert(1);
+  show({app("Safari", 3, 1), app("Mail", 2, 1)});
+  model.stop(1);
+  EXPECT_THAT(world.control.log, ElementsAre("terminate 1-1749000000"));
+}
+
 TEST_F(PowerModelCalmTest, AProcessThatEndedIsForgotten) {
   show({app("Safari", 3, 1), app("Mail", 2, 2)});
   model.calm({row(1, "Safari", 3), row(2, "Mail", 2)});

@@ -136,6 +136,25 @@ TEST_F(PowerModelSavingTest, SleepOnBatteryLeavesAMarkAndWritesItAtOnce) {
   EXPECT_FALSE(hasFile("history.json")) << "the session alone is written";
 }
 
+// A wake that was never told of, or a run that was killed asleep, leaves the mark of the sleep
+// before.
+TEST_F(PowerModelSavingTest, AnotherSleepTakesThePlaceOfAMarkThatIsThere) {
+  battery = onBattery(71, 44.5);
+  world.start();
+  takeFrames(1);
+  world.scheduler.wall = date;
+  world.events.sleep();
+  battery = onBattery(69, 42.5);
+  takeFrames(1);
+  world.scheduler.wall = date + 100;
+  world.events.sleep();
+  const auto saved = world.store.loadDischarge();
+  ASSERT_TRUE(saved && saved->sleepStart);
+  EXPECT_EQ(saved->sleepStart->time, date + 100);
+  EXPECT_EQ(saved->sleepStart->percent, 69);
+  EXPECT_EQ(saved->sleepStart->remainingWh, 42.5);
+}
+
 struct SleepCase {
   std::string label;
   std::optional<BatteryReading> battery;
