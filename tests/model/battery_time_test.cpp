@@ -77,6 +77,7 @@ TEST(BatteryTimeTest, WithLessThanAWattLeftTheGainIsAsAtOne) {
 
 TEST(BatteryTimeTest, BelowOneWattNothingIsLost) {
   EXPECT_EQ(BatteryTime::gain(discharging(100, {}), 0.5, 0.2), 0);
+  EXPECT_EQ(BatteryTime::gain(discharging(-100, {}), 10, 5), 0) << "of a time that is none";
 }
 
 struct MeaningfulCase {
