@@ -213,9 +213,19 @@ TEST(HistoryStoreTest, AFolderInPlaceOfAFileFailsThatFileAlone) {
   EXPECT_EQ(below(folder).loadLedger(), std::nullopt);
   EXPECT_TRUE(below(folder).saveDischarge(fullSession()));
   EXPECT_EQ(below(folder).loadDischarge(), fullSession());
-  EXPECT_FALSE(saveTogether(below(folder)));
-  EXPECT_EQ(below(folder).loadBaseline(), smallBaseline());
   EXPECT_TRUE(folder.has("support/Embrix/today.json/occupied"));
+}
+
+TEST(HistoryStoreTest, WhicheverFileCannotBeReplacedAllOthersAre) {
+  for (const std::string& blocked : kFiles) {
+    const ScratchFolder folder;
+    fs::create_directories(folder / ("support/Embrix/" + blocked + "/occupied"));
+    EXPECT_FALSE(saveTogether(below(folder)));
+    for (const std::string& name : kFiles) {
+      EXPECT_EQ(fs::is_regular_file(folder / ("support/Embrix/" + name)), name != blocked)
+          << name << " beside " << blocked;
+    }
+  }
 }
 
 // An ordinary user while it lives: the super-user may write everywhere.
