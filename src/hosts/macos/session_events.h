@@ -22,8 +22,8 @@ class MacSessionEvents final : public SessionEvents {
 
  private:
   Listener listener_;
-  std::vector<CfHolder<CFTypeRef>>
-      observers_;  // two of the workspace, then those of the application
+  // Two of the workspace, then those of the application.
+  std::vector<CfHolder<CFTypeRef>> observers_;
 };
 
 }  // namespace embrix
