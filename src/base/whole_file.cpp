@@ -8,9 +8,10 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <deque>
 #include <filesystem>
 #include <system_error>
-#include <vector>
+#include <utility>
 
 #include "base/descriptor.h"
 
@@ -53,6 +54,14 @@ bool writeAll(int fd, std::span<const std::string_view> pieces) {
   return true;
 }
 
+// Has the bytes begin their way to the device, where that can be asked for. Those of several files
+// then travel together, and the file system's own record of all of them is written once.
+void beginToSync([[maybe_unused]] int fd) {
+#ifdef SYNC_FILE_RANGE_WRITE
+  ::sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
+#endif
+}
+
 // After it no crash of the machine can bring the new name without the bytes.
 bool syncFile(int fd) {
 #ifdef F_BARRIERFSYNC
@@ -68,6 +77,46 @@ std::string folderOf(const std::string& path) {
   if (slash == std::string::npos) return ".";
   return slash == 0 ? "/" : path.substr(0, slash);
 }
+
+// Makes the names of the files in that folder last, as far as its file system can.
+void syncFolder(const std::string& folder) {
+  const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (descriptor.isOpen()) ::fsync(descriptor.number());
+}
+
+// The bytes of a file beside it, which are gone again unless they take its place.
+class BesideFile {
+ public:
+  BesideFile(std::string path, std::span<const std::string_view> pieces)
+      : path_(std::move(path)),
+        beside_(path_ + std::string(kBeside)),
+        file_(::mkostemp(beside_.data(), O_CLOEXEC)),  // mode 0600
+        isThere_(file_.isOpen()),
+        isWhole_(isThere_ && writeAll(file_.number(), pieces)) {
+    if (isWhole_) beginToSync(file_.number());
+  }
+  ~BesideFile() {
+    if (isThere_) ::unlink(beside_.c_str());
+  }
+  BesideFile(const BesideFile&) = delete;
+  BesideFile& operator=(const BesideFile&) = delete;
+
+  void sync() { isWhole_ = isWhole_ && syncFile(file_.number()) && file_.close(); }
+
+  // False when this or any step before it failed.
+  bool takePlace() {
+    if (!isWhole_ || std::rename(beside_.c_str(), path_.c_str()) != 0) return false;
+    isThere_ = false;
+    return true;
+  }
+
+ private:
+  std::string path_;
+  std::string beside_;
+  Descriptor file_;
+  bool isThere_;
+  bool isWhole_;
+};
 
 }  // namespace
 
@@ -101,26 +150,18 @@ bool writeFileAtomically(const std::string& path, std::string_view bytes) {
 }
 
 bool writeFileAtomically(const std::string& path, std::span<const std::string_view> pieces) {
-  if (!replaceFile(path, pieces)) return false;
-  syncFolder(folderOf(path));
-  return true;
+  const NewFile file{path, {pieces.begin(), pieces.end()}};
+  return writeFilesAtomically(folderOf(path), std::span(&file, 1));
 }
 
-bool replaceFile(const std::string& path, std::span<const std::string_view> pieces) {
-  std::string beside = path + std::string(kBeside);
-  Descriptor file(::mkostemp(beside.data(), O_CLOEXEC));  // mode 0600
-  if (!file.isOpen()) return false;
-  const bool written = writeAll(file.number(), pieces) && syncFile(file.number()) && file.close();
-  if (!written || std::rename(beside.c_str(), path.c_str()) != 0) {
-    ::unlink(beside.c_str());
-    return false;
-  }
-  return true;
-}
-
-void syncFolder(const std::string& folder) {
-  const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (descriptor.isOpen()) ::fsync(descriptor.number());
+bool writeFilesAtomically(const std::string& folder, std::span<const NewFile> files) {
+  std::deque<BesideFile> beside;
+  for (const NewFile& file : files) beside.emplace_back(file.path, file.pieces);
+  for (BesideFile& file : beside) file.sync();
+  bool allAre = true;
+  for (BesideFile& file : beside) allAre &= file.takePlace();
+  syncFolder(folder);
+  return allAre;
 }
 
 void removeHalfWritten(const std::string& path) {

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace embrix {
 
@@ -23,14 +24,16 @@ bool writeFileAtomically(const std::string& path, std::string_view bytes);
 // Likewise with the pieces one behind the other.
 bool writeFileAtomically(const std::string& path, std::span<const std::string_view> pieces);
 
-// Likewise, but for its last step: a power cut before the folder is synced may bring the old file
-// back, whole. For several files of one folder, which is then synced once.
-bool replaceFile(const std::string& path, std::span<const std::string_view> pieces);
+struct NewFile {
+  std::string path;
+  std::vector<std::string_view> pieces;  // one behind the other
+};
 
-// Makes the names of the files in that folder last, as far as its file system can.
-void syncFolder(const std::string& folder);
+// Likewise for several files of that folder, which cost the disk little more than one. Each stands
+// for itself: one that cannot be replaced keeps none of the others from it. False when any failed.
+bool writeFilesAtomically(const std::string& folder, std::span<const NewFile> files);
 
-// Removes what writeFileAtomically left beside that path in runs that were killed half-way. A write
+// Removes what such a write left beside that path in runs that were killed half-way. A write
 // to the path that is under way in another process then fails.
 void removeHalfWritten(const std::string& path);
 

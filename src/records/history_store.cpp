@@ -49,13 +49,12 @@ void setAside(const std::string& path) {
 }
 
 // The record that `decode` finds in the file. A file in which it finds none is set aside.
-template <typename Record>
-std::optional<Record> read(const std::string& directory, std::string_view name,
-                           std::optional<Record> (*decode)(std::string_view)) {
-  if (directory.empty()) return std::nullopt;
+template <typename Decode>
+auto read(const std::string& directory, std::string_view name, Decode decode) {
+  decltype(decode(std::string_view())) record;
+  if (directory.empty()) return record;
   const std::string path = PathText::joined(directory, name);
   const auto text = readWholeFile(path, kMostBytes);
-  std::optional<Record> record;
   if (text) record = decode(*text);
   if (!record) setAside(path);
   return record;
@@ -72,19 +71,17 @@ bool HistoryStore::saveAll(const HistorySnapshot& points, const DayLedger& ledge
                            const Archive& archive, const std::optional<DischargeSession>& discharge,
                            const PowerBaseline& baseline) const {
   if (!makeFolder(directory)) return false;
-  const auto replace = [this](std::string_view name, std::span<const std::string_view> pieces) {
-    return replaceFile(PathText::joined(directory, name), pieces);
-  };
-  const auto replaceWith = [&](std::string_view name, std::string_view text) {
-    return replace(name, std::span(&text, 1));
-  };
-  bool saved = replace(kHistory, points.text().pieces);
-  saved &= replaceWith(kLedger, jsonOf(ledger));
-  saved &= replace(kArchive, archive.text());
-  if (discharge) saved &= replaceWith(kDischarge, jsonOf(*discharge));
-  saved &= replaceWith(kBaseline, jsonOf(baseline));
-  syncFolder(directory);
-  return saved;
+  const HistorySnapshot::Text pointsText = points.text();
+  const std::string ledgerText = jsonOf(ledger);
+  const std::string dischargeText = discharge ? jsonOf(*discharge) : std::string();
+  const std::string baselineText = jsonOf(baseline);
+  const auto pathOf = [this](std::string_view name) { return PathText::joined(directory, name); };
+  std::vector<NewFile> files = {{pathOf(kHistory), pointsText.pieces},
+                                {pathOf(kLedger), {ledgerText}},
+                                {pathOf(kArchive), archive.text()},
+                                {pathOf(kBaseline), {baselineText}}};
+  if (discharge) files.push_back({pathOf(kDischarge), {dischargeText}});
+  return writeFilesAtomically(directory, files);
 }
 
 bool HistoryStore::save(const HistorySnapshot& points) const {
@@ -109,10 +106,9 @@ bool HistoryStore::saveBaseline(const PowerBaseline& baseline) const {
 }
 
 std::vector<HistoryPoint> HistoryStore::load(double newerThan) const {
-  auto points = read(directory, kHistory, historyOfJson);
-  if (!points) return {};
-  std::erase_if(*points, [&](const HistoryPoint& point) { return !(point.time > newerThan); });
-  return std::move(*points);
+  return read(directory, kHistory,
+              [&](std::string_view json) { return historyOfJson(json, newerThan); })
+      .value_or(std::vector<HistoryPoint>());
 }
 
 std::optional<DayLedger> HistoryStore::loadLedger() const {

@@ -19,8 +19,8 @@ namespace {
 using simdjson::dom::element;
 using simdjson::dom::object;
 
-// One text for all equal keys: a group stands in thousands of points.
-class SharedKeys {
+// One text for all equal ones: a group stands in thousands of points.
+class SeenTexts {
  public:
   SharedText shared(std::string_view text) {
     const auto found = texts_.find(text);
@@ -67,6 +67,17 @@ requires(std::same_as<Text, std::string> ||
   return true;
 }
 
+bool read(const element& value, double& number, SeenTexts&) {
+  return read(value, number);
+}
+
+bool read(const element& value, SharedText& text, SeenTexts& seen) {
+  std::string_view view;
+  if (value.get_string().get(view) != simdjson::SUCCESS) return false;
+  text = seen.shared(view);
+  return true;
+}
+
 template <typename Value>
 bool read(const element& value, std::vector<Value>& list) {
   simdjson::dom::array array;
@@ -91,7 +102,7 @@ bool read(const element& value, HashMap<SharedText, Value>& map) {
 
 // `previous` is the map before this one: mostly it has the same keys at the same places.
 template <typename Value>
-bool read(const element& value, SharedMap<Value>& map, SharedKeys& keys,
+bool read(const element& value, SharedMap<Value>& map, SeenTexts& seen,
           const SharedMap<Value>& previous) {
   object fields;
   if (value.get_object().get(fields) != simdjson::SUCCESS) return false;
@@ -102,11 +113,21 @@ bool read(const element& value, SharedMap<Value>& map, SharedKeys& keys,
     const SharedText* const guess =
         place < previous.size() ? &previous.begin()[place].key : nullptr;
     const bool isRight = guess != nullptr && *guess == std::string_view(field.key);
-    entries.push_back({isRight ? *guess : keys.shared(field.key), Value()});
-    if (!read(field.value, entries.back().value)) return false;
+    entries.push_back({isRight ? *guess : seen.shared(field.key), Value()});
+    if (!read(field.value, entries.back().value, seen)) return false;
   }
   map = SharedMap<Value>(std::move(entries));
   return true;
+}
+
+// A map from texts to numbers that nobody needs.
+struct SkippedNumbers {};
+
+bool read(const element& value, SkippedNumbers&) {
+  object fields;
+  if (value.get_object().get(fields) != simdjson::SUCCESS) return false;
+  return std::all_of(fields.begin(), fields.end(),
+                     [](const auto& field) { return field.value.is_number(); });
 }
 
 // The fields of one record. Every call tells whether the record can still be whole.
@@ -121,10 +142,10 @@ class Fields {
     isWhole_ = isWhole_ && find(name, found) && read(found, value, help...);
   }
 
-  template <typename Value>
-  void optional(std::string_view name, std::optional<Value>& value) {
+  template <typename Value, typename... Help>
+  void optional(std::string_view name, std::optional<Value>& value, Help&... help) {
     element found;
-    if (isWhole_ && find(name, found)) isWhole_ = read(found, value.emplace());
+    if (isWhole_ && find(name, found)) isWhole_ = read(found, value.emplace(), help...);
   }
 
   bool isWhole() const { return isWhole_; }
@@ -152,28 +173,58 @@ bool read(const element& value, DischargeSession::SleepMark& mark) {
   return fields.isWhole();
 }
 
-bool read(const element& value, HistoryPoint& point, SharedKeys& keys,
-          const HistoryPoint& previous) {
-  Fields fields(value);
-  fields.required("time", point.time);
-  fields.optional("systemWatts", point.systemWatts);
-  fields.required("groupWatts", point.groupWatts, keys, previous.groupWatts);
-  fields.optional("temperature", point.temperature);
-  fields.required("cpuPercent", point.cpuPercent);
-  fields.optional("label", point.label);
-  return fields.isWhole();
+// A point that is not newer than that is only looked at, and then skipped.
+bool read(const element& value, std::vector<HistoryPoint>& points, SeenTexts& seen,
+          const double& newerThan) {
+  simdjson::dom::array array;
+  if (value.get_array().get(array) != simdjson::SUCCESS) return false;
+  const SharedMap<double> none;
+  for (const element each : array) {
+    HistoryPoint point;
+    Fields fields(each);
+    fields.required("time", point.time);
+    fields.optional("systemWatts", point.systemWatts);
+    fields.optional("temperature", point.temperature);
+    fields.required("cpuPercent", point.cpuPercent);
+    fields.optional("label", point.label, seen);
+    const bool isWanted = point.time > newerThan;
+    if (isWanted) {
+      fields.required("groupWatts", point.groupWatts, seen,
+                      points.empty() ? none : points.back().groupWatts);
+    } else {
+      SkippedNumbers watts;
+      fields.required("groupWatts", watts);
+    }
+    if (!fields.isWhole()) return false;
+    if (isWanted) points.push_back(std::move(point));
+  }
+  return true;
 }
 
-bool read(const element& value, DailyRecord& day, SharedKeys& keys, const DailyRecord& previous) {
+bool read(const element& value, DailyRecord& day, SeenTexts& seen, const DailyRecord& previous) {
   Fields fields(value);
   fields.required("day", day.day);
   fields.required("wattHours", day.wattHours);
-  fields.required("appWattHours", day.appWattHours, keys, previous.appWattHours);
-  fields.required("appNames", day.appNames, keys, previous.appNames);
+  fields.required("appWattHours", day.appWattHours, seen, previous.appWattHours);
+  fields.required("appNames", day.appNames, seen, previous.appNames);
   fields.optional("health", day.health);
   fields.optional("cycles", day.cycles);
   fields.optional("fullWh", day.fullWh);
   return fields.isWhole();
+}
+
+// Archived days, which share their texts.
+bool read(const element& value, std::vector<DailyRecord>& days, SeenTexts& seen) {
+  simdjson::dom::array array;
+  if (value.get_array().get(array) != simdjson::SUCCESS) return false;
+  const DailyRecord none;
+  days.reserve(array.size());
+  for (const element each : array) {
+    DailyRecord day;
+    if (!read(each, day, seen, days.empty() ? none : days.back())) return false;
+    days.push_back(std::move(day));
+  }
+  return true;
 }
 
 bool read(const element& value, DayLedger& ledger) {
@@ -207,21 +258,6 @@ bool read(const element& value, DischargeSession& session) {
   return fields.isWhole();
 }
 
-// A list of records that share the texts of their keys.
-template <typename Record>
-bool read(const element& value, std::vector<Record>& records, SharedKeys& keys) {
-  simdjson::dom::array array;
-  if (value.get_array().get(array) != simdjson::SUCCESS) return false;
-  const Record none;
-  records.reserve(array.size());
-  for (const element each : array) {
-    Record record;
-    if (!read(each, record, keys, records.empty() ? none : records.back())) return false;
-    records.push_back(std::move(record));
-  }
-  return true;
-}
-
 // What a text holds, as long as this lives.
 class Document {
  public:
@@ -247,11 +283,11 @@ std::optional<Record> recordOf(std::string_view json) {
 
 }  // namespace
 
-std::optional<std::vector<HistoryPoint>> historyOfJson(std::string_view json) {
+std::optional<std::vector<HistoryPoint>> historyOfJson(std::string_view json, double newerThan) {
   const Document document(json);
-  SharedKeys keys;
+  SeenTexts seen;
   std::vector<HistoryPoint> points;
-  if (!document.isRead() || !read(document.root(), points, keys)) return std::nullopt;
+  if (!document.isRead() || !read(document.root(), points, seen, newerThan)) return std::nullopt;
   return points;
 }
 
@@ -262,10 +298,10 @@ std::optional<DayLedger> ledgerOfJson(std::string_view json) {
 std::optional<Archive> archiveOfJson(std::string_view json) {
   const Document document(json);
   if (!document.isRead()) return std::nullopt;
-  SharedKeys keys;
+  SeenTexts seen;
   std::vector<DailyRecord> days;
   Fields fields(document.root());
-  fields.required("days", days, keys);
+  fields.required("days", days, seen);
   if (!fields.isWhole()) return std::nullopt;
   return Archive(std::move(days));
 }

@@ -4,6 +4,7 @@
 // counts; an optional field that is null is absent. Any bytes, any thread.
 #pragma once
 
+#include <limits>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -16,7 +17,10 @@
 
 namespace embrix {
 
-std::optional<std::vector<HistoryPoint>> historyOfJson(std::string_view json);
+// The points that are newer than that (seconds since 1970). The others must be whole as well.
+std::optional<std::vector<HistoryPoint>> historyOfJson(
+    std::string_view json, double newerThan = -std::numeric_limits<double>::infinity());
+
 std::optional<DayLedger> ledgerOfJson(std::string_view json);
 std::optional<Archive> archiveOfJson(std::string_view json);
 std::optional<DischargeSession> dischargeOfJson(std::string_view json);

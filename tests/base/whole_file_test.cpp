@@ -143,6 +143,22 @@ TEST(WholeFileTest, ADiskThatFillsUpBetweenPiecesLeavesTheOldFile) {
   EXPECT_THAT(folder.names(), ElementsAre("file"));
 }
 
+TEST(WholeFileTest, OfSeveralFilesOneThatFailsKeepsNoneOfTheOthersFromItsPlace) {
+  const ScratchFolder folder;
+  fs::create_directories(folder / "b/full");
+  const std::vector<NewFile> files = {{folder / "a", {"first ", "file"}},
+                                      {folder / "b", {"no file takes the place of a folder"}},
+                                      {folder / "missing/c", {"nowhere"}},
+                                      {folder / "d", {}},
+                                      {folder / "e", {"last"}}};
+  EXPECT_FALSE(writeFilesAtomically(folder / ".", files));
+  EXPECT_EQ(folder.read("a"), "first file");
+  EXPECT_EQ(folder.read("d"), "");
+  EXPECT_EQ(folder.read("e"), "last");
+  EXPECT_THAT(folder.names(), UnorderedElementsAre("a", "b", "d", "e"));
+  EXPECT_TRUE(writeFilesAtomically(folder / ".", std::span(files).first(1)));
+}
+
 TEST(WholeFileTest, WhatKilledRunsLeftHalfWrittenIsRemovedAndNothingElse) {
   const ScratchFolder folder;
   for (const char* name :

@@ -242,6 +242,26 @@ TEST(RecordDecodingTest, APointWithoutItsCPUYieldsNoHistoryAtAll) {
                              R"({"time":2,"groupWatts":{}}])"));
 }
 
+TEST(RecordDecodingTest, OnlyPointsAboveTheBoundAreKeptAndTheOthersMustBeWholeAsWell) {
+  const auto historyWith = [](const std::string& old) {
+    return historyOfJson("[" + old + R"(,{"time":9,"groupWatts":{"a":1},"cpuPercent":0}])", 5);
+  };
+  const auto points =
+      historyWith(R"({"time":5,"groupWatts":{"a":1,"b":2.5},"cpuPercent":0,"label":"x"})");
+  ASSERT_TRUE(points);
+  ASSERT_THAT(*points, SizeIs(1));
+  EXPECT_EQ(points->front().time, 9);
+  EXPECT_EQ(points->front().groupWatts, wattsOf({{"a", 1}}));
+  for (const char* const old :
+       {R"({"time":1,"groupWatts":{}})", R"({"time":1,"cpuPercent":0})",
+        R"({"time":1,"groupWatts":[],"cpuPercent":0})",
+        R"({"time":1,"groupWatts":{"a":1,"b":"2"},"cpuPercent":0})",
+        R"({"time":1,"groupWatts":{"a":null},"cpuPercent":0})",
+        R"({"time":1,"groupWatts":{},"cpuPercent":0,"label":1})", R"({"time":null})"}) {
+    EXPECT_FALSE(historyWith(old)) << old;
+  }
+}
+
 TEST(RecordDecodingTest, OfAKeyThatStandsTwiceTheLastValueCounts) {
   const auto points = historyOfJson(
       R"([{"time":"x","cpuPercent":1,"groupWatts":{"a":1,"b":3,"a":2},"time":5,"label":"x","label":null}])");
