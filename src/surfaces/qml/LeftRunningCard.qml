@@ -49,7 +49,6 @@ Card {
         id: list
         x: -8
         width: parent.width + 16
-        height: contentHeight
         visible: count > 0
         interactive: false
         model: card.viewModel.leftRunningRows
@@ -60,6 +59,29 @@ Card {
         remove: Motion.still ? null : leaving
         displaced: Motion.still ? null : closingUp
         move: displaced
+        property int countBefore: 0
+        property bool isClosingUp: false
+        onCountChanged: {
+            isClosingUp = !Motion.still && count < countBefore;
+            countBefore = count;
+        }
+        onContentHeightChanged: {
+            following.stop();
+            if (isClosingUp && contentHeight < height) {
+                following.to = contentHeight;
+                following.start();
+            } else {
+                height = contentHeight;
+            }
+        }
+    }
+    // What stands below follows the rows that close up.
+    NumberAnimation {
+        id: following
+        target: list
+        property: "height"
+        duration: Motion.springTime(0.45, 0.8)
+        easing: Motion.spring(0.45, 0.8)
     }
     // A row leaves towards the trailing side, and the others close up.
     Transition {

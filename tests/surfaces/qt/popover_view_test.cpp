@@ -9,6 +9,7 @@
 #include <QQuickItem>
 #include <QtTest/QTest>
 
+#include "stepped_driver.h"
 #include "surfaces/qt/popover_window.h"
 #include "worlds/popover_world.h"
 
@@ -299,6 +300,35 @@ TEST_F(PopoverViewTest, ARowThatIsGoneLeaves) {
   take(frameAt(world.scheduler.wall));
   EXPECT_TRUE(texts().contains("All clear!"));
   EXPECT_FALSE(sees("free-up"));
+}
+
+TEST_F(PopoverViewTest, TheCardClosesUpWithItsRows) {
+  SteppedDriver driver;
+  engine.values().motion().setFrozen(false);
+  const auto heightAfter = [&](double seconds) {
+    constexpr double kFrame = 0.05;
+    for (double passed = 0; passed < seconds; passed += kFrame) {
+      popover->window().grabWindow();  // a list looks after its rows when it is drawn
+      driver.step(kFrame);
+    }
+    return find("left-running")->height();
+  };
+  const Frame whole = frameWithForgotten(world.scheduler.wall, 2);
+  Frame half = whole;
+  half.forgotten.pop_back();
+  take(whole);
+  open();
+  const double two = heightAfter(0.05);
+  EXPECT_EQ(heightAfter(2), two);
+  take(half);
+  const double closing = heightAfter(0.15);
+  const double one = heightAfter(2);
+  EXPECT_LT(closing, two);
+  EXPECT_LT(one, closing);
+  const std::string id = world.model().forgottenRows().at(0).id().string();
+  EXPECT_EQ(two - one, find("left-running-row-" + QString::fromStdString(id))->height());
+  take(whole);
+  EXPECT_EQ(heightAfter(0.05), two);  // at once
 }
 
 TEST_F(PopoverViewTest, WhatAStopGaveBackFloatsAway) {
