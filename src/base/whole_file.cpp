@@ -56,7 +56,7 @@ bool writeAll(int fd, std::span<const std::string_view> pieces) {
 
 // Has the bytes begin their way to the device, where that can be asked for. Those of several files
 // then travel together, and the file system's own record of all of them is written once.
-void beginToSync([[maybe_unused]] int fd) {
+void startSync([[maybe_unused]] int fd) {
 #ifdef SYNC_FILE_RANGE_WRITE
   ::sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE);
 #endif
@@ -87,36 +87,50 @@ void syncFolder(const std::string& folder) {
 // The bytes of a file beside it, which are gone again unless they take its place.
 class BesideFile {
  public:
-  BesideFile(std::string path, std::span<const std::string_view> pieces)
-      : path_(std::move(path)),
+  explicit BesideFile(const NewFile& file)
+      : path_(file.path),
         beside_(path_ + std::string(kBeside)),
         file_(::mkostemp(beside_.data(), O_CLOEXEC)),  // mode 0600
-        isThere_(file_.isOpen()),
-        isWhole_(isThere_ && writeAll(file_.number(), pieces)) {
-    if (isWhole_) beginToSync(file_.number());
+        isThere_(file_.isOpen()) {
+    if (isThere_ && !writeAll(file_.number(), file.pieces)) giveUp();
   }
-  ~BesideFile() {
-    if (isThere_) ::unlink(beside_.c_str());
-  }
+  ~BesideFile() { giveUp(); }
   BesideFile(const BesideFile&) = delete;
   BesideFile& operator=(const BesideFile&) = delete;
 
-  void sync() { isWhole_ = isWhole_ && syncFile(file_.number()) && file_.close(); }
+  void beginToSync() {
+    if (isThere_) startSync(file_.number());
+  }
+  void sync() {
+    if (isThere_ && !(syncFile(file_.number()) && file_.close())) giveUp();
+  }
 
   // False when this or any step before it failed.
   bool takePlace() {
-    if (!isWhole_ || std::rename(beside_.c_str(), path_.c_str()) != 0) return false;
+    if (!isThere_ || std::rename(beside_.c_str(), path_.c_str()) != 0) return false;
     isThere_ = false;
     return true;
   }
 
  private:
+  // At once, so that others have the room and the descriptor.
+  void giveUp() {
+    if (isThere_) ::unlink(beside_.c_str());
+    isThere_ = false;
+    file_.close();
+  }
+
   std::string path_;
   std::string beside_;
   Descriptor file_;
   bool isThere_;
-  bool isWhole_;
 };
+
+bool replaceAlone(const NewFile& file) {
+  BesideFile beside(file);
+  beside.sync();
+  return beside.takePlace();
+}
 
 }  // namespace
 
@@ -154,12 +168,22 @@ bool writeFileAtomically(const std::string& path, std::span<const std::string_vi
   return writeFilesAtomically(folderOf(path), std::span(&file, 1));
 }
 
+bool writeFileUnflushed(const std::string& path, std::string_view bytes) {
+  return BesideFile({path, {bytes}}).takePlace();
+}
+
 bool writeFilesAtomically(const std::string& folder, std::span<const NewFile> files) {
-  std::deque<BesideFile> beside;
-  for (const NewFile& file : files) beside.emplace_back(file.path, file.pieces);
-  for (BesideFile& file : beside) file.sync();
+  std::deque<BesideFile> together;
+  for (const NewFile& file : files) together.emplace_back(file).beginToSync();
+  for (BesideFile& file : together) file.sync();
+  std::vector<const NewFile*> left;
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    if (!together[i].takePlace()) left.push_back(&files[i]);
+  }
+  together.clear();
+  // What found no room or no descriptor beside the others may find them now.
   bool allAre = true;
-  for (BesideFile& file : beside) allAre &= file.takePlace();
+  for (const NewFile* file : left) allAre &= files.size() > 1 && replaceAlone(*file);
   syncFolder(folder);
   return allAre;
 }

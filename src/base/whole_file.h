@@ -24,13 +24,19 @@ bool writeFileAtomically(const std::string& path, std::string_view bytes);
 // Likewise with the pieces one behind the other.
 bool writeFileAtomically(const std::string& path, std::span<const std::string_view> pieces);
 
+// Likewise without waiting for the disk: after a power cut the file can also be empty. For what is
+// made anew all the time.
+bool writeFileUnflushed(const std::string& path, std::string_view bytes);
+
 struct NewFile {
   std::string path;
   std::vector<std::string_view> pieces;  // one behind the other
 };
 
-// Likewise for several files of that folder, which cost the disk little more than one. Each stands
-// for itself: one that cannot be replaced keeps none of the others from it. False when any failed.
+// Likewise for several files, which cost the disk little more than one. All paths are in that
+// folder: others would not outlast a power cut. Each file stands for itself: one that cannot be
+// replaced keeps none of the others from it, also where room or descriptors are too few for all at
+// once. False when any failed.
 bool writeFilesAtomically(const std::string& folder, std::span<const NewFile> files);
 
 // Removes what such a write left beside that path in runs that were killed half-way. A write

@@ -103,7 +103,7 @@ class PowerModel {
   // Pids that are slowed down by this program.
   const Observed<Pids>& calmed() const { return calmed_; }
   const Observed<DayLedger>& ledger() const { return ledger_; }  // today
-  const Observed<Archive>& archive() const { return archive_; }  // the past days
+  const Observed<Archive>& archive() const { return archive_; }  // with today
   const Observed<std::optional<Overnight>>& overnight() const { return overnight_; }
   // Absent on a machine without a battery, and before the first time on it.
   const Observed<std::optional<DischargeSession>>& discharge() const { return discharge_; }
@@ -131,7 +131,8 @@ class PowerModel {
   // frame.
   const AppGroup* groupForPID(std::int32_t pid) const;
 
-  // The watts of a group over the last so many seconds, in `points` values at most.
+  // The watts of a group over the last so many seconds, in `points` values at most; all of them for
+  // `points` below 1.
   std::vector<double> seriesFor(std::string_view key, double seconds, int points) const;
 
   // Points of charge since the machine was unplugged; absent when that is not known.
@@ -224,6 +225,7 @@ class PowerModel {
     PowerModel& model_;
   };
 
+  struct SaveTurn;
   struct FrameWait {
     double wallDeadline = 0;
     double uptimeDeadline = 0;  // so that a clock that is set back ends the wait all the same
@@ -329,8 +331,8 @@ class PowerModel {
   WindowCounts alertWindow_;
   Frame spent_;  // a frame whose storage the next one takes
   std::list<FrameWait> frameWaits_;
-  bool mustReadPowerLogAgain_ = false;   // asked for while it was being read
-  bool mustSaveDischargeAgain_ = false;  // saved while an older one was on its way to the disk
+  bool mustReadPowerLogAgain_ = false;  // asked for while it was being read
+  std::shared_ptr<SaveTurn> saveTurn_;  // of the newest save; null before the first
 
   Scheduled sampling_;
   Scheduled pause_;

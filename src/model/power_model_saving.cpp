@@ -1,6 +1,9 @@
 // When the records go to disk, and what sleep does to them.
 
 #include <cmath>
+#include <memory>
+#include <mutex>
+#include <optional>
 #include <utility>
 
 #include "model/power_model.h"
@@ -12,6 +15,12 @@ namespace {
 constexpr double kSecondsBetweenSaves = 30;
 
 }  // namespace
+
+// What a save in the background and the main thread tell each other.
+struct PowerModel::SaveTurn {
+  std::mutex isSaving;
+  bool hasNewerSession = false;  // the one on the disk is newer than the save's; by `isSaving`
+};
 
 void PowerModel::saveHistoryPeriodically() {
   framesSinceSave_ += 1;
@@ -26,18 +35,18 @@ void PowerModel::save() {
   archive.record(*ledger_, *frame_ ? (*frame_)->battery : std::nullopt);
   archive_ = std::move(archive);
   if (ports_.store.directory.empty()) return;  // nothing is kept, so nothing is copied
+  saveTurn_ = std::make_shared<SaveTurn>();
   saving_ = ports_.scheduler.background(
       WorkPriority::utility,
-      [store = ports_.store, points = history_->snapshot(), ledger = *ledger_, archive = *archive_,
-       discharge = *discharge_, baseline = *baseline_] {
+      [turn = saveTurn_, store = ports_.store, points = history_->snapshot(), ledger = *ledger_,
+       archive = *archive_, discharge = *discharge_, baseline = *baseline_] {
+        const std::lock_guard lock(turn->isSaving);
         // What cannot be written is tried again with the next save.
-        store.saveAll(points, ledger, archive, discharge, baseline);
+        store.saveAll(points, ledger, archive,
+                      turn->hasNewerSession ? std::optional<DischargeSession>() : discharge,
+                      baseline);
       },
-      [this] {
-        if (std::exchange(mustSaveDischargeAgain_, false) && *discharge_) {
-          ports_.store.saveDischarge(**discharge_);
-        }
-      });
+      [] {});
 }
 
 void PowerModel::willSleep() {
@@ -49,10 +58,14 @@ void PowerModel::willSleep() {
                            .percent = battery.percent,
                            .remainingWh = battery.remainingWh};
   });
-  // At once, on this thread: the machine may not come back before the battery is gone.
+  // At once, on this thread: the machine may not come back before the battery is gone. After a save
+  // that is under way, and never undone by one that is still to come.
+  std::unique_lock<std::mutex> lock;
+  if (saveTurn_) {
+    lock = std::unique_lock(saveTurn_->isSaving);
+    saveTurn_->hasNewerSession = true;
+  }
   ports_.store.saveDischarge(**discharge_);
-  // A save that is under way may still put the session without its mark in place of this one.
-  mustSaveDischargeAgain_ = saving_.isPending();
 }
 
 void PowerModel::didWake() {

@@ -47,8 +47,8 @@ class Archive {
   // the battery does not tell now stays as it was told before.
   void record(const DayLedger& ledger, const std::optional<BatteryReading>& battery);
 
-  // The energy of the last so many recorded days up to and with `day`; days without a record are
-  // passed over.
+  // The energy of the last so many recorded days up to and with `endingOn`; days without a record
+  // are passed over.
   double totalWattHours(int lastDays, std::string_view endingOn) const;
 
   // Likewise by app, largest first. Each day knows its 40 biggest alone, so a long sum leaves out

@@ -1,4 +1,4 @@
-// One past day in the archive. A value that shares its parts with its copies.
+// One day in the archive. A value that shares its parts with its copies.
 #pragma once
 
 #include <optional>

@@ -22,8 +22,9 @@ constexpr std::string_view kDischarge = "discharge.json";
 constexpr std::string_view kBaseline = "baseline.json";
 constexpr std::array kAll = {kHistory, kLedger, kArchive, kDischarge, kBaseline};
 
-// Many times what the largest of the files can grow to.
-constexpr std::size_t kMostBytes = std::size_t{64} * 1024 * 1024;
+// Several times what the files can grow to.
+constexpr std::size_t kMostHistoryBytes = std::size_t{64} * 1024 * 1024;
+constexpr std::size_t kMostBytes = std::size_t{16} * 1024 * 1024;
 
 bool makeFolder(const std::string& directory) {
   if (directory.empty()) return false;
@@ -50,11 +51,12 @@ void setAside(const std::string& path) {
 
 // The record that `decode` finds in the file. A file in which it finds none is set aside.
 template <typename Decode>
-auto read(const std::string& directory, std::string_view name, Decode decode) {
+auto read(const std::string& directory, std::string_view name, std::size_t mostBytes,
+          Decode decode) {
   decltype(decode(std::string_view())) record;
   if (directory.empty()) return record;
   const std::string path = PathText::joined(directory, name);
-  const auto text = readWholeFile(path, kMostBytes);
+  const auto text = readWholeFile(path, mostBytes);
   if (text) record = decode(*text);
   if (!record) setAside(path);
   return record;
@@ -78,9 +80,9 @@ bool HistoryStore::saveAll(const HistorySnapshot& points, const DayLedger& ledge
   const auto pathOf = [this](std::string_view name) { return PathText::joined(directory, name); };
   std::vector<NewFile> files = {{pathOf(kHistory), pointsText.pieces},
                                 {pathOf(kLedger), {ledgerText}},
-                                {pathOf(kArchive), archive.text()},
-                                {pathOf(kBaseline), {baselineText}}};
+                                {pathOf(kArchive), archive.text()}};
   if (discharge) files.push_back({pathOf(kDischarge), {dischargeText}});
+  files.push_back({pathOf(kBaseline), {baselineText}});
   return writeFilesAtomically(directory, files);
 }
 
@@ -106,25 +108,25 @@ bool HistoryStore::saveBaseline(const PowerBaseline& baseline) const {
 }
 
 std::vector<HistoryPoint> HistoryStore::load(double newerThan) const {
-  return read(directory, kHistory,
+  return read(directory, kHistory, kMostHistoryBytes,
               [&](std::string_view json) { return historyOfJson(json, newerThan); })
       .value_or(std::vector<HistoryPoint>());
 }
 
 std::optional<DayLedger> HistoryStore::loadLedger() const {
-  return read(directory, kLedger, ledgerOfJson);
+  return read(directory, kLedger, kMostBytes, ledgerOfJson);
 }
 
 std::optional<Archive> HistoryStore::loadArchive() const {
-  return read(directory, kArchive, archiveOfJson);
+  return read(directory, kArchive, kMostBytes, archiveOfJson);
 }
 
 std::optional<DischargeSession> HistoryStore::loadDischarge() const {
-  return read(directory, kDischarge, dischargeOfJson);
+  return read(directory, kDischarge, kMostBytes, dischargeOfJson);
 }
 
 std::optional<PowerBaseline> HistoryStore::loadBaseline() const {
-  return read(directory, kBaseline, baselineOfJson);
+  return read(directory, kBaseline, kMostBytes, baselineOfJson);
 }
 
 void HistoryStore::removeLeftovers() const {

@@ -37,8 +37,16 @@ bool read(const element& value, double& number) {
   return value.get_double().get(number) == simdjson::SUCCESS;
 }
 
+// Whole numbers also as 50.0, as others may write them.
 bool read(const element& value, std::int64_t& number) {
-  return value.get_int64().get(number) == simdjson::SUCCESS;
+  if (value.get_int64().get(number) == simdjson::SUCCESS) return true;
+  constexpr double kLimit = 0x1p63;
+  double wide = 0;
+  if (!read(value, wide) || std::trunc(wide) != wide || !(wide >= -kLimit && wide < kLimit)) {
+    return false;
+  }
+  number = static_cast<std::int64_t>(wide);
+  return true;
 }
 
 bool read(const element& value, int& number) {

@@ -30,7 +30,8 @@ Frame randomFrame(double date) {
 std::optional<double> plainAverage(const History& history, std::string_view key, double now) {
   double sum = 0;
   int count = 0;
-  for (const HistoryPoint& point : history.window(600, now)) {
+  for (const HistoryPoint& point : history.points()) {
+    if (point.time < now - 600) continue;
     sum += point.watts(key);
     ++count;
   }

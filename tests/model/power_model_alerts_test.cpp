@@ -81,6 +81,16 @@ TEST_F(PowerModelAlertsTest, AGainOfLessThanAMinuteIsNotTold) {
   EXPECT_EQ(world.notifier.posted[1].body, "Averaging 3.0 W for over 5 min.");
 }
 
+TEST_F(PowerModelAlertsTest, AGainOfJustAMinuteIsTold) {
+  world.alertAt(3, 5);
+  battery = onBattery(80);
+  battery->minutesRemaining = 1;
+  run(300, {app("Safari", 8, 1), app("Mail", 8, 2)});  // twice as long without one of them
+  ASSERT_THAT(world.notifier.posted, SizeIs(2));
+  EXPECT_EQ(world.notifier.posted[0].body,
+            "Averaging 8.0 W for over 5 min. It's costing you 1m of battery.");
+}
+
 TEST_F(PowerModelAlertsTest, HalfMinutesCountForTheWindowAndNotForTheWords) {
   world.alertAt(3, 2.5);
   run(20, {app("Safari", 99)});  // before the two minutes of the average

@@ -203,9 +203,25 @@ TEST_F(PowerModelSavingTest, ASaveUnderWayDoesNotTakeTheMarkOffTheDisk) {
   takeFrames(1);  // its save waits, with a session without a mark
   world.events.sleep();
   world.scheduler.standing.reset();
-  world.scheduler.runBackground();
+  ASSERT_TRUE(world.scheduler.doWork());  // and the main thread has not gone on yet
   ASSERT_TRUE(world.store.loadDischarge().has_value());
   EXPECT_TRUE(world.store.loadDischarge()->sleepStart.has_value());
+  EXPECT_TRUE(world.store.loadArchive().has_value());
+  world.scheduler.runBackground();
+  EXPECT_TRUE(world.store.loadDischarge()->sleepStart.has_value());
+}
+
+TEST_F(PowerModelSavingTest, TheSaveAfterASleepHasTheSessionAgain) {
+  battery = onBattery(71);
+  world.defaults.set(SettingKeys::kSampleInterval, 30.0);
+  world.start();
+  world.scheduler.standing = WorkPriority::utility;
+  takeFrames(1);
+  world.events.sleep();
+  world.scheduler.standing.reset();
+  world.scheduler.runBackground();
+  takeFrames(2);
+  EXPECT_EQ(world.store.loadDischarge(), *world.model().discharge());
 }
 
 TEST_F(PowerModelSavingTest, AWakeIsToldToTheSessionWithTheFirstChargeAfterIt) {

@@ -242,6 +242,22 @@ TEST(RecordDecodingTest, APointWithoutItsCPUYieldsNoHistoryAtAll) {
                              R"({"time":2,"groupWatts":{}}])"));
 }
 
+TEST(RecordDecodingTest, AWholeNumberMayBeWrittenAsAFractionOfNothing) {
+  const auto cyclesOf = [](const std::string& cycles) -> std::optional<int> {
+    const auto archive = archiveOfJson(
+        R"({"days":[{"day":"2026-03-01","wattHours":1,"appWattHours":{},"appNames":{},"cycles":)" +
+        cycles + "}]}");
+    return archive ? archive->days().front().cycles : std::nullopt;
+  };
+  EXPECT_EQ(cyclesOf("50"), 50);
+  EXPECT_EQ(cyclesOf("50.0"), 50);
+  EXPECT_EQ(cyclesOf("5e1"), 50);
+  EXPECT_EQ(cyclesOf("-0.0"), 0);
+  for (const char* const no : {"50.5", "1e300", "-1e19", "9223372036854775808.0", "\"50\""}) {
+    EXPECT_EQ(cyclesOf(no), std::nullopt) << no;
+  }
+}
+
 TEST(RecordDecodingTest, OnlyPointsAboveTheBoundAreKeptAndTheOthersMustBeWholeAsWell) {
   const auto historyWith = [](const std::string& old) {
     return historyOfJson("[" + old + R"(,{"time":9,"groupWatts":{"a":1},"cpuPercent":0}])", 5);
@@ -286,8 +302,8 @@ TEST(RecordDecodingTest, NumbersOutsideTheirRangeSpoilTheWholeFile) {
   EXPECT_EQ(session("-2147483648")->asleepPercent, std::numeric_limits<int>::min());
   for (const char* percent :
        {"2147483648", "-2147483649", "9223372036854775807", "9223372036854775808",
-        "18446744073709551615", "18446744073709551616", "1e2", "3.0", "1e400", "-1e400", "NaN",
-        "Infinity", "0x10", "+5", "05", "1.", ".5", "-"}) {
+        "18446744073709551615", "18446744073709551616", "1e400", "-1e400", "NaN", "Infinity",
+        "0x10", "+5", "05", "1.", ".5", "-"}) {
     EXPECT_FALSE(session(percent)) << percent;
   }
   EXPECT_FALSE(baselineOfJson(R"({"samples":[3.5e38],"lastAdded":0})"));

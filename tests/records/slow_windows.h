@@ -22,17 +22,20 @@ struct SlowWindows {
     return {};
   }
 
+  // Of all points whose own time is at or after `now - seconds`.
   static std::optional<double> average(const History& history, const std::string& key,
                                        double seconds, double now) {
-    const auto points = window(history, seconds, now);
-    if (points.empty()) return std::nullopt;
+    std::size_t points = 0;
     long double sum = 0;
-    for (const HistoryPoint& point : points) {
+    for (const HistoryPoint& point : history.points()) {
+      if (!(point.time >= now - seconds)) continue;
+      ++points;
       for (const auto& [name, watts] : point.groupWatts) {
         if (name == key) sum += watts;
       }
     }
-    return static_cast<double>(sum / static_cast<long double>(points.size()));
+    if (points == 0) return std::nullopt;
+    return static_cast<double>(sum / static_cast<long double>(points));
   }
 
   static std::set<std::string> keysWithShare(const History& history, double now, double seconds,

@@ -78,6 +78,29 @@ TEST(WindowSumsTest, AClockSetBackBringsOlderPointsIn) {
   EXPECT_EQ(sums.average("a"), 150);
 }
 
+TEST(WindowSumsTest, PointsOfAClockThatWasWrongForAWhileStayOut) {
+  constexpr double kYear = 31'536'000;
+  History history(1000);
+  WindowSums sums(600);
+  const auto append = [&](double time, double watts) {
+    history.append(at(time, {{"a", watts}}));
+    sums.advance(history, time);
+  };
+  append(kNow, 1);
+  append(kNow - kYear, 50);  // a year back, where the newer point counts as well
+  EXPECT_EQ(sums.average("a"), 25.5);
+  append(kNow + 4, 2);  // and right again
+  EXPECT_EQ(sums.points(), 2u);
+  EXPECT_EQ(sums.average("a"), 1.5);
+  EXPECT_EQ(sums.average("b"), 0);
+  append(kNow + 602, 4);  // the wrong one is gone, and so is the one before it
+  EXPECT_EQ(sums.average("a"), 3);
+  append(kNow + 602 + kYear, 7);  // a year ahead, where it stands alone
+  EXPECT_EQ(sums.average("a"), 7);
+  append(kNow + 604, 5);  // and right again: with 2, 4 and what is still to come
+  EXPECT_EQ(sums.average("a"), 4.5);
+}
+
 TEST(WindowSumsTest, AHugeValueThatPassesLeavesNothingBehind) {
   History history(100);
   WindowSums sums(10);

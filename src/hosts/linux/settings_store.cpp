@@ -68,7 +68,8 @@ struct AsJson {
 
 }  // namespace
 
-FileSettingsStore::FileSettingsStore(std::string path) : path_(std::move(path)) {
+FileSettingsStore::FileSettingsStore(std::string path, Writing writing)
+    : path_(std::move(path)), writing_(writing) {
   load();
 }
 
@@ -116,7 +117,12 @@ void FileSettingsStore::save() const {
     const auto number = jsonDouble(*entry);
     entry = number && !std::isfinite(*number) ? written.erase(entry) : std::next(entry);
   }
-  writeFileAtomically(path_, dumpJson(written) + "\n");
+  const std::string text = dumpJson(written) + "\n";
+  if (writing_ == Writing::flushed) {
+    writeFileAtomically(path_, text);
+  } else {
+    writeFileUnflushed(path_, text);
+  }
 }
 
 FileSettingsStores::FileSettingsStores(std::string folder) : folder_(std::move(folder)) {}
@@ -130,7 +136,12 @@ std::optional<std::string> FileSettingsStores::pathOf(const std::string& suite) 
 
 std::unique_ptr<SettingsStore> FileSettingsStores::open(const std::string& suite) {
   const auto path = pathOf(suite);
-  return path ? std::make_unique<FileSettingsStore>(*path) : nullptr;
+  if (!path) return nullptr;
+  // What a suite shares with other programs is a state of the moment. It may change with every
+  // frame, and the main thread does not wait for a disk that often.
+  using Writing = FileSettingsStore::Writing;
+  return std::make_unique<FileSettingsStore>(*path,
+                                             suite.empty() ? Writing::flushed : Writing::unflushed);
 }
 
 bool FileSettingsStores::hasSettings(const std::string& suite) {

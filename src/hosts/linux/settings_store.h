@@ -15,11 +15,16 @@ namespace embrix {
 
 class FileSettingsStore final : public SettingsStore {
  public:
+  enum class Writing {
+    flushed,    // what is set outlasts a power cut
+    unflushed,  // what was set last may not
+  };
+
   // Reads the file once. A missing file holds no settings; one that cannot be read as settings is
   // set aside under its name with ".damaged" behind it, where the next such file replaces it. One
   // that may not be read, or not now for want of descriptors, stays as it is: then nothing is
   // written, and what is set stands for this run.
-  explicit FileSettingsStore(std::string path);
+  explicit FileSettingsStore(std::string path, Writing writing = Writing::flushed);
 
   std::optional<SettingValue> stored(std::string_view key) const override;
   // Written at once, the whole file each time. JSON knows no NaN and no infinity: such a number
@@ -33,6 +38,7 @@ class FileSettingsStore final : public SettingsStore {
   void save() const;
 
   std::string path_;
+  Writing writing_;
   Json values_ = Json::object();
   bool isUnread_ = false;
 };
@@ -42,8 +48,8 @@ class FileSettingsStores final : public SettingsStores {
   // `folder` is made at the first write.
   explicit FileSettingsStores(std::string folder);
 
-  // "settings.json" for the program's own, else the suite's name with ".json" behind it. Null for a
-  // name that would lead out of the folder.
+  // "settings.json" for the program's own, else the suite's name with ".json" behind it; a suite is
+  // written unflushed. Null for a name that would lead out of the folder.
   std::unique_ptr<SettingsStore> open(const std::string& suite) override;
   // True of a damaged file, too: nothing is to be put in its place.
   bool hasSettings(const std::string& suite) override;
