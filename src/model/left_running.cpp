@@ -1,7 +1,6 @@
 #include "model/left_running.h"
 
 #include <algorithm>
-#include <limits>
 #include <string_view>
 #include <unordered_map>
 
@@ -34,12 +33,6 @@ ForgottenRow rowOf(const ForgottenItem& item, const RowsByID& rows, const LeftRu
   return row;
 }
 
-std::uint64_t saturatedSum(std::uint64_t a, std::uint64_t b) {
-  return a > std::numeric_limits<std::uint64_t>::max() - b
-             ? std::numeric_limits<std::uint64_t>::max()
-             : a + b;
-}
-
 }  // namespace
 
 std::string LeftRunning::keptKey(const ForgottenItem& item) {
@@ -61,18 +54,6 @@ std::vector<ForgottenRow> LeftRunning::rows(const Frame& frame, const std::set<s
     return a.watts != b.watts ? a.watts > b.watts : a.item.uptime > b.item.uptime;
   });
   return rows;
-}
-
-std::uint64_t LeftRunning::memoryBytes(const ForgottenRow& row) {
-  std::uint64_t bytes = 0;
-  for (const ProcessRow& process : row.processes) bytes = saturatedSum(bytes, process.memoryBytes);
-  return bytes;
-}
-
-std::uint64_t LeftRunning::memoryBytes(const std::vector<ForgottenRow>& rows) {
-  std::uint64_t bytes = 0;
-  for (const ForgottenRow& row : rows) bytes = saturatedSum(bytes, memoryBytes(row));
-  return bytes;
 }
 
 }  // namespace embrix

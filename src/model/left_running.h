@@ -1,7 +1,6 @@
 // What was left running, as rows that the user can act on. Plain functions; any thread.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <set>
 #include <string>
@@ -24,10 +23,6 @@ struct LeftRunning {
   // oldest first.
   static std::vector<ForgottenRow> rows(const Frame& frame, const std::set<std::string>& kept,
                                         const Gain& gain);
-
-  // The memory of all processes of the row; the largest number when the sum is larger.
-  static std::uint64_t memoryBytes(const ForgottenRow& row);
-  static std::uint64_t memoryBytes(const std::vector<ForgottenRow>& rows);
 };
 
 }  // namespace embrix

@@ -46,14 +46,14 @@ void PowerModel::storeKept(std::set<std::string> kept) {
 void PowerModel::stop(const ForgottenRow& row) {
   const Changes changes(*this);
   shutDownOrQuit(row);
-  lastFreed_ = Freed{.date = ports_.scheduler.wallTime(), .bytes = LeftRunning::memoryBytes(row)};
+  lastFreed_ = Freed{.date = ports_.scheduler.wallTime(), .bytes = row.memoryBytes()};
 }
 
 void PowerModel::stopAllForgotten() {
   const Changes changes(*this);
   const auto rows = forgottenRows();
   for (const ForgottenRow& row : rows) shutDownOrQuit(row);
-  lastFreed_ = Freed{.date = ports_.scheduler.wallTime(), .bytes = LeftRunning::memoryBytes(rows)};
+  lastFreed_ = Freed{.date = ports_.scheduler.wallTime(), .bytes = ForgottenRow::memoryBytes(rows)};
 }
 
 void PowerModel::shutDownOrQuit(const ForgottenRow& row) {

@@ -1,7 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
-#include <string>
+#include <span>
 #include <vector>
 
 #include "frame/forgotten_item.h"
@@ -17,6 +18,11 @@ struct ForgottenRow {
   std::optional<double> minutes;      // battery time that a stop would win back
 
   const SharedText& id() const { return item.root.id; }
+
+  // Of all its processes together. Footprints come from outside and may be anything: a sum that
+  // does not fit stays the largest.
+  std::uint64_t memoryBytes() const;
+  static std::uint64_t memoryBytes(std::span<const ForgottenRow> rows);
 
   bool operator==(const ForgottenRow&) const = default;
 };

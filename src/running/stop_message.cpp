@@ -1,8 +1,6 @@
 #include "running/stop_message.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <limits>
 
 #include <fmt/format.h>
 
@@ -10,25 +8,9 @@
 
 namespace embrix {
 
-namespace {
-
-// Footprints come from outside and may be anything: a sum that does not fit stays the largest.
-std::uint64_t saturatedSum(std::uint64_t a, std::uint64_t b) {
-  const std::uint64_t sum = a + b;
-  return sum < a ? std::numeric_limits<std::uint64_t>::max() : sum;
-}
-
-std::uint64_t memoryOf(const ForgottenRow& row) {
-  std::uint64_t bytes = 0;
-  for (const ProcessRow& process : row.processes) bytes = saturatedSum(bytes, process.memoryBytes);
-  return bytes;
-}
-
-}  // namespace
-
 std::string StopMessage::forgotten(const ForgottenRow& row) {
   const std::string age = Format::age(row.item.uptime);
-  const std::string memory = Format::memoryShort(memoryOf(row));
+  const std::string memory = Format::memoryShort(row.memoryBytes());
   if (row.item.simulatorUDID) {
     return fmt::format(
         "It's been booted for {} and frees {}. Apps running in it quit, like shutting it down in "
@@ -40,12 +22,10 @@ std::string StopMessage::forgotten(const ForgottenRow& row) {
 }
 
 std::string StopMessage::all(const std::vector<ForgottenRow>& rows) {
-  std::uint64_t bytes = 0;
-  for (const ForgottenRow& row : rows) bytes = saturatedSum(bytes, memoryOf(row));
   return fmt::format(
       "This frees {} of memory. Anything unsaved in them is lost. Pin anything you still need to "
       "keep it.",
-      Format::memoryShort(bytes));
+      Format::memoryShort(ForgottenRow::memoryBytes(rows)));
 }
 
 std::string StopMessage::server(const LocalServer& server) {

@@ -45,7 +45,7 @@ LeftRunningRowContent LeftRunningRowContent::of(const PowerModel& model, const F
           .title = item.title,
           .detail = fmt::format("{} · {}", Format::shortAge(item.uptime),
                                 hasProject ? *item.project : "background"),
-          .memory = Format::memoryShort(LeftRunning::memoryBytes(row)),
+          .memory = Format::memoryShort(row.memoryBytes()),
           .canStop = canStop,
           .stopHelp = fmt::format("Stop {}", item.title),
           .isStopping = isStopping,
@@ -54,7 +54,7 @@ LeftRunningRowContent LeftRunningRowContent::of(const PowerModel& model, const F
 
 std::vector<ForgottenRow> LeftRunningContent::heaviestFirst(std::vector<ForgottenRow> rows) {
   std::stable_sort(rows.begin(), rows.end(), [](const ForgottenRow& a, const ForgottenRow& b) {
-    return LeftRunning::memoryBytes(a) > LeftRunning::memoryBytes(b);
+    return a.memoryBytes() > b.memoryBytes();
   });
   return rows;
 }
@@ -70,7 +70,7 @@ LeftRunningContent LeftRunningContent::of(const PowerModel& model,
         LeftRunningRowContent::of(model, row, stopping.contains(row.id().string())));
   }
   if (rows.size() > kShown) content.more = fmt::format("+{} more", rows.size() - kShown);
-  content.freeUp = fmt::format("Free up {}", Format::memoryShort(LeftRunning::memoryBytes(rows)));
+  content.freeUp = fmt::format("Free up {}", Format::memoryShort(ForgottenRow::memoryBytes(rows)));
   return content;
 }
 

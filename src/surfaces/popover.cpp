@@ -96,7 +96,7 @@ void Popover::askToStopRow(const std::string& id) {
 void Popover::stopRow(const ForgottenRow& row) {
   const std::string id = row.id().string();
   stopping_.insert(id);
-  floatAway_(id, fmt::format("+{}", Format::memoryShort(LeftRunning::memoryBytes(row))));
+  floatAway_(id, fmt::format("+{}", Format::memoryShort(row.memoryBytes())));
   refresh();
   model_.stop(row);
 }

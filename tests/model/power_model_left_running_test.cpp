@@ -30,16 +30,6 @@ TEST(LeftRunningTest, AnItemIsKnownByItsTitleAndProject) {
   EXPECT_EQ(LeftRunning::keptKey(elsewhere), LeftRunning::keptKey(item)) << "in another folder";
 }
 
-TEST(LeftRunningTest, MemoryThatDoesNotFitStaysTheLargest) {
-  ForgottenRow made;
-  made.processes = {row(1, "a", 0), row(2, "b", 0)};
-  EXPECT_EQ(LeftRunning::memoryBytes(made), 2U << 20);
-  made.processes[0].memoryBytes = std::numeric_limits<std::uint64_t>::max();
-  EXPECT_EQ(LeftRunning::memoryBytes(made), std::numeric_limits<std::uint64_t>::max());
-  EXPECT_EQ(LeftRunning::memoryBytes(std::vector<ForgottenRow>{made, made}),
-            std::numeric_limits<std::uint64_t>::max());
-}
-
 class PowerModelLeftRunningTest : public testing::Test {
  protected:
   PowerModelLeftRunningTest() { world.start(); }
